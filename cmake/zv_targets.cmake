@@ -1,0 +1,56 @@
+# The kinds of target that this project has. Every folder's CMakeLists.txt uses these and nothing of its own.
+
+# zv_add_static(name SOURCES a.cpp b.cpp [LINK lib...])
+function(zv_add_static name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC zv_settings ${arg_LINK})
+endfunction()
+
+# zv_add_dll(name SOURCES a.cpp a.rc [DEF file.def] [LINK lib...])
+# The symbol <NAME>_BUILD is defined while the module itself is compiled, so that its header exports. On the host the
+# module is a static library, linked straight into the tests.
+function(zv_add_dll name)
+  cmake_parse_arguments(arg "" "DEF" "SOURCES;LINK" ${ARGN})
+  string(TOUPPER ${name} upper)
+  if(WIN32)
+    add_library(${name} SHARED ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
+    if(arg_DEF)
+      target_sources(${name} PRIVATE ${arg_DEF})
+      set_target_properties(${name} PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${arg_DEF})
+    endif()
+  else()
+    list(FILTER arg_SOURCES EXCLUDE REGEX "\\.rc$")
+    add_library(${name} STATIC ${arg_SOURCES})
+  endif()
+  target_compile_definitions(${name} PRIVATE ${upper}_BUILD)
+  target_link_libraries(${name} PRIVATE zv_settings ${arg_LINK})
+endfunction()
+
+# zv_add_program(name SOURCES ... [LINK ...] [GUI])
+function(zv_add_program name)
+  cmake_parse_arguments(arg "GUI" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE zv_settings ${arg_LINK})
+  if(WIN32 AND arg_GUI)
+    target_link_options(${name} PRIVATE -mwindows -municode)
+  endif()
+endfunction()
+
+# One GoogleTest program a file; the CTest entry has the file's name. Unit tests need no window.
+function(zv_add_unit_test name)
+  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 300)
+  endif()
+  zv_add_program(${name} SOURCES ${arg_SOURCES} LINK ${arg_LINK} GTest::gmock GTest::gtest GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS unit)
+endfunction()
+
+# As a unit test, but it opens windows and so needs a display; they run one after the other, focus being one per desktop.
+function(zv_add_dialog_test name)
+  zv_add_unit_test(${name} ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS dialog RUN_SERIAL TRUE)
+endfunction()
