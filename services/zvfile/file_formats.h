@@ -5,123 +5,123 @@
 #define ZV_FILE_FORMATS_H
 
 enum FileFormat {
-  FILE_UNKNOWN = 0,
+  FMT_UNKNOWN = 0,
 
   /* JPEG family: the variants differ in chroma sub-sampling alone. */
-  FILE_JPEG = 10,      /* 4:4:4, or grey */
-  FILE_JPEG_422 = 21,
-  FILE_JPEG_420 = 23,
-  FILE_EXIF_JPEG_422 = 98, /* with an Exif segment and comments */
-  FILE_EXIF_JPEG_420 = 101,
+  FMT_JPEG = 10,      /* 4:4:4, or grey */
+  FMT_JPEG_422 = 21,
+  FMT_JPEG_420 = 23,
+  FMT_EXIF_JPEG_422 = 98, /* with an Exif segment and comments */
+  FMT_EXIF_JPEG_420 = 101,
 
   /* Exif TIFF carriers with comments. */
-  FILE_EXIF_TIFF_RGB = 96,
-  FILE_EXIF_TIFF_YCC = 97,
+  FMT_EXIF_TIFF_RGB = 96,
+  FMT_EXIF_TIFF_YCC = 97,
 
-  FILE_GIF = 2,
-  FILE_PNG = 75,
-  FILE_BMP = 6,
-  FILE_BMP_RLE = 7,
+  FMT_GIF = 2,
+  FMT_PNG = 75,
+  FMT_BMP = 6,
+  FMT_BMP_RLE = 7,
 
   /* TIFF family by compression: pages are costly to count. */
-  FILE_TIFF = 3,            /* uncompressed */
-  FILE_TIFF_JPEG = 11,      /* JPEG, 4:4:4 or grey */
-  FILE_TIFF_PACKBITS = 17,
-  FILE_TIFF_JPEG_422 = 22,
-  FILE_TIFF_JPEG_420 = 24,
-  FILE_TIFF_LZW = 25,       /* with the horizontal predictor where it helps */
-  FILE_TIFF_CCITT = 27,     /* modified Huffman, bilevel */
-  FILE_TIFF_G3_1D = 28,
-  FILE_TIFF_G3_2D = 29,
-  FILE_TIFF_G4 = 85,
-  FILE_TIFF_DEFLATE = 86,   /* Adobe deflate */
-  FILE_TIFF_LZMA = 87,
-  FILE_TIFF_ZSTD = 88,
-  FILE_TIFF_WEBP = 93,
-  FILE_TIFF_CMYK = 94,      /* read only: CMYK separations, converted on load */
-  FILE_TIFF_YCC = 95,       /* uncompressed YCbCr */
-  FILE_TIFF_SGILOG = 138,   /* read only */
-  FILE_TIFF_OLD_JPEG = 139, /* read only: compression 6 */
-  FILE_BIGTIFF = 166,       /* 64-bit offsets, uncompressed */
-  FILE_BIGTIFF_DEFLATE = 167,
+  FMT_TIFF = 3,            /* uncompressed */
+  FMT_TIFF_JPEG = 11,      /* JPEG, 4:4:4 or grey */
+  FMT_TIFF_PACKBITS = 17,
+  FMT_TIFF_JPEG_422 = 22,
+  FMT_TIFF_JPEG_420 = 24,
+  FMT_TIFF_LZW = 25,       /* with the horizontal predictor where it helps */
+  FMT_TIFF_CCITT = 27,     /* modified Huffman, bilevel */
+  FMT_TIFF_G3_1D = 28,
+  FMT_TIFF_G3_2D = 29,
+  FMT_TIFF_G4 = 85,
+  FMT_TIFF_DEFLATE = 86,   /* Adobe deflate */
+  FMT_TIFF_LZMA = 87,
+  FMT_TIFF_ZSTD = 88,
+  FMT_TIFF_WEBP = 93,
+  FMT_TIFF_CMYK = 94,      /* read only: CMYK separations, converted on load */
+  FMT_TIFF_YCC = 95,       /* uncompressed YCbCr */
+  FMT_TIFF_SGILOG = 138,   /* read only */
+  FMT_TIFF_OLD_JPEG = 139, /* read only: compression 6 */
+  FMT_BIGTIFF = 166,       /* 64-bit offsets, uncompressed */
+  FMT_BIGTIFF_DEFLATE = 167,
 
   /* Our own containers. */
-  FILE_CMP = 5,      /* Zorvane CMP over a JPEG stream, with stamp and pages */
-  FILE_CMP_OLD = 20, /* read as FILE_CMP */
-  FILE_ABC = 32,
-  FILE_ABC_LOSSY = 180,
+  FMT_CMP = 5,      /* Zorvane CMP over a JPEG stream, with stamp and pages */
+  FMT_CMP_OLD = 20, /* read as FMT_CMP */
+  FMT_ABC = 32,
+  FMT_ABC_LOSSY = 180,
 
-  FILE_WEBP = 310,
+  FMT_WEBP = 310,
 
   /* JPEG 2000: loaded at a resolution level. */
-  FILE_J2K = 163,
-  FILE_JP2 = 164,
-  FILE_JPX = 165,
-  FILE_JPM = 323,
+  FMT_J2K = 163,
+  FMT_JP2 = 164,
+  FMT_JPX = 165,
+  FMT_JPM = 323,
 
   /* Icons. */
-  FILE_ICO = 115,
-  FILE_ICO_PNG = 322,
-  FILE_CUR = 117,
+  FMT_ICO = 115,
+  FMT_ICO_PNG = 322,
+  FMT_CUR = 117,
 
-  FILE_HD_PHOTO = 277,
-  FILE_DICOM_GRAY = 89,
-  FILE_DICOM_COLOR = 90,
-  FILE_PCD = 80, /* 80 to 83: Photo CD */
+  FMT_HD_PHOTO = 277,
+  FMT_DICOM_GRAY = 89,
+  FMT_DICOM_COLOR = 90,
+  FMT_PCD = 80, /* 80 to 83: Photo CD */
 
   /* Metafiles and vector drawings. */
-  FILE_WMF = 15,
-  FILE_EMF = 116,
-  FILE_WMZ = 307,
-  FILE_DXF = 58,
-  FILE_DWF = 62,
-  FILE_DWG = 56,
-  FILE_DRW = 123,
-  FILE_HPGL = 137,
-  FILE_SVG = 247,
+  FMT_WMF = 15,
+  FMT_EMF = 116,
+  FMT_WMZ = 307,
+  FMT_DXF = 58,
+  FMT_DWF = 62,
+  FMT_DWG = 56,
+  FMT_DRW = 123,
+  FMT_HPGL = 137,
+  FMT_SVG = 247,
 
   /* Read through the long-tail library. */
-  FILE_PSD = 401,
-  FILE_PCX = 402,
-  FILE_DCX = 403,
-  FILE_TGA = 404,
-  FILE_PBM = 405,
-  FILE_PGM = 406,
-  FILE_PPM = 407,
-  FILE_SGI = 408,
-  FILE_SUN_RASTER = 409,
-  FILE_XWD = 410,
-  FILE_XBM = 411,
-  FILE_XPM = 412,
-  FILE_FITS = 413,
-  FILE_CUT = 414,
-  FILE_CALS = 415,
-  FILE_PICT = 416,
-  FILE_WPG = 417,
-  FILE_SCT = 418,
-  FILE_CINEON = 419,
-  FILE_DPX = 420,
-  FILE_WBMP = 421,
-  FILE_FAX = 422,
-  FILE_MNG = 423,
-  FILE_JNG = 424,
-  FILE_AVS = 425,
-  FILE_MIFF = 426,
-  FILE_MTV = 427,
-  FILE_PALM = 428,
-  FILE_VIFF = 429,
-  FILE_VICAR = 430,
-  FILE_ART = 431,
-  FILE_HRZ = 432,
-  FILE_OTB = 433,
-  FILE_MAC_PAINT = 434,
-  FILE_RLA = 435,
-  FILE_RLE = 436,
-  FILE_PIX = 437,
-  FILE_XCF = 438,
-  FILE_TIM = 439,
-  FILE_PDB = 440,
-  FILE_JBIG = 441
+  FMT_PSD = 401,
+  FMT_PCX = 402,
+  FMT_DCX = 403,
+  FMT_TGA = 404,
+  FMT_PBM = 405,
+  FMT_PGM = 406,
+  FMT_PPM = 407,
+  FMT_SGI = 408,
+  FMT_SUN_RASTER = 409,
+  FMT_XWD = 410,
+  FMT_XBM = 411,
+  FMT_XPM = 412,
+  FMT_FITS = 413,
+  FMT_CUT = 414,
+  FMT_CALS = 415,
+  FMT_PICT = 416,
+  FMT_WPG = 417,
+  FMT_SCT = 418,
+  FMT_CINEON = 419,
+  FMT_DPX = 420,
+  FMT_WBMP = 421,
+  FMT_FAX = 422,
+  FMT_MNG = 423,
+  FMT_JNG = 424,
+  FMT_AVS = 425,
+  FMT_MIFF = 426,
+  FMT_MTV = 427,
+  FMT_PALM = 428,
+  FMT_VIFF = 429,
+  FMT_VICAR = 430,
+  FMT_ART = 431,
+  FMT_HRZ = 432,
+  FMT_OTB = 433,
+  FMT_MAC_PAINT = 434,
+  FMT_RLA = 435,
+  FMT_RLE = 436,
+  FMT_PIX = 437,
+  FMT_XCF = 438,
+  FMT_TIM = 439,
+  FMT_PDB = 440,
+  FMT_JBIG = 441
 };
 
 #endif
