@@ -41,12 +41,6 @@
 #include "include/zvfiledlg_profile.h"
 #include "include/zvfiledlg_save.h"
 
-#ifdef ZVFILEDLG_BUILD
-#define ZVFILEDLG_API
-#else
-#define ZVFILEDLG_API __declspec(dllimport)
-#endif
-
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -61,7 +55,7 @@ extern "C" {
  * Out: directoryBuffer and filterIndex. After Cancel too the buffer holds the folder that was shown last.
  * ERROR_BUFFER_TOO_SMALL when bufferLength is not above the length of that folder, after Cancel too; the buffer is then
  * left alone. ERROR_BAD_ARGUMENT for a null buffer, a bufferLength below 1 or a negative filterIndex. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgGetDirectory(HWND parent, DIRECTORYDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgGetDirectory(HWND parent, DIRECTORYDLGPARAMS* params);
 
 /* Lets the user choose image files. parent may be null.
  * In: of openFileName lpstrFilter, lpstrCustomFilter, nFilterIndex, lpstrFile, nMaxFile, lpstrFileTitle, lpstrInitialDir,
@@ -80,44 +74,44 @@ ZVFILEDLG_API int32_t ZV_CALL Z_DlgGetDirectory(HWND parent, DIRECTORYDLGPARAMS*
  * DLG_OPEN_TOLERATE_FAILED_FILES is set. ERROR_OUT_OF_MEMORY.
  * In this version the dialog is the platform's plain one: it has no preview pane, page controls or load options switch, and
  * no bitmaps or thumbnails are loaded. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgOpen(HWND parent, OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgOpen(HWND parent, OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS* params);
 
 /* Lets the user choose a name, format, depth and options for a bitmap, and writes it with DLG_SAVE_WRITE_FILE. parent may be
  * null. The record is checked; the dialog itself comes in a later version, until then ERROR_DIALOG_FAILED.
  * ERROR_NO_IMAGE when a file is to be written and bitmap holds no pixels. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgSave(HWND parent, OPENFILENAMEW* openFileName, SAVEFILEDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgSave(HWND parent, OPENFILENAMEW* openFileName, SAVEFILEDLGPARAMS* params);
 
 /* Lets the user load and save ICC profiles. The record is checked; the dialog comes in a later version, until then
  * ERROR_DIALOG_FAILED. Ends with SUCCESS_DLG_CLOSE after OK and Cancel alike. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgICCProfile(HWND parent, ICCPROFILEDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgICCProfile(HWND parent, ICCPROFILEDLGPARAMS* params);
 
 /* Lets the user collect files and convert each of them to one or more formats, any number of times.
  * In: what is offered (uiFlags, formats), files to start with, folders and switches. Out, when the user ends the dialog with
  * its Close button: destinationFolder, sourceFolder, overwriteMode, deleteSource, fullPath, logReport, useOriginalFolder.
  * Esc and the window's close box write nothing back. SUCCESS_DLG_CLOSE either way.
  * ERROR_DIALOG_FAILED also when fileList is given but empty, or an entry of formats is not in the catalogue. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgFileConversion(HWND parent, FILECONVERSIONDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgFileConversion(HWND parent, FILECONVERSIONDLGPARAMS* params);
 
 /* Lets the user choose which file extensions the program pszProgID owns. The record is checked; the dialog comes in a later
  * version, until then ERROR_DIALOG_FAILED. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgFilesAssociation(HWND parent, FILEASSOCIATIONDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgFilesAssociation(HWND parent, FILEASSOCIATIONDLGPARAMS* params);
 
 /* Show the frame in which images are placed on pages and printed. The records are checked; the frame comes in a later
  * version, until then ERROR_DIALOG_FAILED. ERROR_BAD_ARGUMENT for an unreadable or empty image list, an unreadable bitmap
  * handle, or a field of rcMinMargin above that of rcMargin; Z_DlgPrintPreview also gives ERROR_NO_IMAGE for a bitmap without
  * pixels and ERROR_BITMAP_REFUSED for one that is kept compressed. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgPrintStitchedImages(HWND parent, STITCHEDPRINTDLGPARAMS* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgPrintPreview(HWND parent, PRINTPREVIEWDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgPrintStitchedImages(HWND parent, STITCHEDPRINTDLGPARAMS* params);
+int32_t ZV_CALL Z_DlgPrintPreview(HWND parent, PRINTPREVIEWDLGPARAMS* params);
 
 /* The same with 8-bit text, see zvfiledlg_ansi.h. A null record gives ERROR_BAD_ARGUMENT, whatever the state of the
  * kernel. */
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgGetDirectoryA(HWND parent, DIRECTORYDLGPARAMSA* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgOpenA(HWND parent, OPENFILENAMEA* openFileName, OPENFILEDLGPARAMSA* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgSaveA(HWND parent, OPENFILENAMEA* openFileName, SAVEFILEDLGPARAMSA* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgICCProfileA(HWND parent, ICCPROFILEDLGPARAMSA* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgFileConversionA(HWND parent, FILECONVERSIONDLGPARAMSA* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgFilesAssociationA(HWND parent, FILEASSOCIATIONDLGPARAMSA* params);
-ZVFILEDLG_API int32_t ZV_CALL Z_DlgPrintStitchedImagesA(HWND parent, STITCHEDPRINTDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgGetDirectoryA(HWND parent, DIRECTORYDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgOpenA(HWND parent, OPENFILENAMEA* openFileName, OPENFILEDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgSaveA(HWND parent, OPENFILENAMEA* openFileName, SAVEFILEDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgICCProfileA(HWND parent, ICCPROFILEDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgFileConversionA(HWND parent, FILECONVERSIONDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgFilesAssociationA(HWND parent, FILEASSOCIATIONDLGPARAMSA* params);
+int32_t ZV_CALL Z_DlgPrintStitchedImagesA(HWND parent, STITCHEDPRINTDLGPARAMSA* params);
 
 #ifdef __cplusplus
 } /* extern "C" */
