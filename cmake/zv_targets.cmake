@@ -7,13 +7,20 @@ function(zv_add_static name)
   target_link_libraries(${name} PUBLIC zv_settings ${arg_LINK})
 endfunction()
 
-# zv_add_dll(name SOURCES a.cpp a.rc [DEF file.def] [LINK lib...])
+# zv_add_dll(name SOURCES a.cpp a.rc [DEF file.def] [DESCRIPTION text] [LINK lib...])
+# DESCRIPTION gives the module a version resource with that text.
 # The symbol <NAME>_BUILD is defined while the module itself is compiled, so that its header exports. On the host the
 # module is a static library, linked straight into the tests.
 function(zv_add_dll name)
-  cmake_parse_arguments(arg "" "DEF" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(arg "" "DEF;DESCRIPTION" "SOURCES;LINK" ${ARGN})
   string(TOUPPER ${name} upper)
   if(WIN32)
+    if(arg_DESCRIPTION)
+      set(module_name ${name})
+      set(module_description "${arg_DESCRIPTION}")
+      configure_file(${CMAKE_SOURCE_DIR}/cmake/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/${name}_version.rc @ONLY)
+      list(APPEND arg_SOURCES ${CMAKE_CURRENT_BINARY_DIR}/${name}_version.rc)
+    endif()
     add_library(${name} SHARED ${arg_SOURCES})
     set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
     if(arg_DEF)

@@ -53,6 +53,19 @@ extern "C" {
 /* Memory kinds for CreateBitmap and AllocateBitmap. */
 #define MEMORY_CONVENTIONAL 1u
 
+/* What is accepted as a bitmap: pixels a side, and bytes of pixels. */
+#define BITMAP_MAX_SIDE 1000000
+#define BITMAP_MAX_BYTES ((uint64_t)16 << 30)
+
+/* Kinds of metadata. METADATA_COMMENT + n, n from 0 to 7, is comment n of ReadFileComment: 8-bit text, UTF-8, without
+ * terminator. */
+#define METADATA_ICC_PROFILE 0
+#define METADATA_EXIF 1 /* from the TIFF header on, without the "Exif\0\0" of JPEG */
+#define METADATA_XMP 2
+#define METADATA_IPTC 3
+#define METADATA_COMMENT 8
+#define METADATA_KIND_COUNT 16
+
 /* SizeBitmap methods. */
 #define SIZE_NEAREST 0
 #define SIZE_BILINEAR 3
@@ -141,6 +154,9 @@ ZVCORE_API int32_t CoreFreeBuffer(void* block, int32_t line, const char* file);
 ZVCORE_API int32_t TrackAllocation(int32_t kind, const void* block, int32_t line, const char* file);
 ZVCORE_API int32_t TrackFree(int32_t kind, const void* block, int32_t line, const char* file);
 
+/* Blocks of CoreAlloc and the string copies, and pixel blocks, that have not been freed: what a leak check compares. */
+ZVCORE_API int64_t CoreBlockCount(void);
+
 /* --- Text: 8-bit text is in the system's ANSI code page on Windows, UTF-8 elsewhere --- */
 
 /* A converted copy, or null for null or when memory runs out. Release both with FreeWideDup. */
@@ -162,7 +178,8 @@ ZVCORE_API int32_t GetDefaultBitmapMemoryFlags(uint32_t* flags);
 ZVCORE_API int32_t InitBitmapHandle(BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t width, int32_t height,
                                     int32_t bitsPerPixel);
 /* Allocates zeroed pixels for an initialised handle, and a grey ramp as palette for 1, 4 and 8 bits.
- * ERROR_OUT_OF_MEMORY, ERROR_BAD_ARGUMENT. */
+ * ERROR_OUT_OF_MEMORY; ERROR_LIMIT_EXCEEDED beyond BITMAP_MAX_BYTES; ERROR_BAD_ARGUMENT, also for a handle that already
+ * owns pixels. */
 ZVCORE_API int32_t AllocateBitmap(BITMAPHANDLE* bitmap, uint32_t memoryFlags);
 /* InitBitmapHandle and AllocateBitmap in one. palette may be null (2^bits entries otherwise, 1 to 8 bits only); data may be
  * null, else dataSize bytes of rows, bytesPerLine apart, are copied in. The export is Z_CreateBitmap, since the platform
@@ -178,7 +195,16 @@ ZVCORE_API int32_t CopyBitmapHandle(BITMAPHANDLE* destination, const BITMAPHANDL
 ZVCORE_API int32_t MoveBitmapHandle(BITMAPHANDLE* destination, BITMAPHANDLE* source, uint32_t recordSize);
 /* A full copy: pixels, palette and metadata. */
 ZVCORE_API int32_t DuplicateBitmap(BITMAPHANDLE* destination, const BITMAPHANDLE* source);
-/* Carries the colour table over. */
+/* Attaches a copy of size bytes under a METADATA_ kind, in place of what was there; null or 0 bytes takes it off. The
+ * handle owns the copy, allocated or not; FreeBitmap ends it. ERROR_OUT_OF_MEMORY, ERROR_BAD_ARGUMENT. */
+ZVCORE_API int32_t SetBitmapMetadata(BITMAPHANDLE* bitmap, int32_t kind, const void* bytes, uint64_t size);
+/* Looks at the block of a kind; it stays the bitmap's and is valid until it is replaced. SUCCESS, or ERROR_BAD_ARGUMENT for
+ * an unknown kind; *bytes null and *size 0 when there is none. */
+ZVCORE_API int32_t GetBitmapMetadata(const BITMAPHANDLE* bitmap, int32_t kind, const void** bytes, uint64_t* size);
+/* Replaces all metadata of the destination by copies of the source's. */
+ZVCORE_API int32_t CopyBitmapMetadata(BITMAPHANDLE* destination, const BITMAPHANDLE* source);
+/* Carries the colour table over: a copy, cut to what the destination's depth can hold. A source without a palette takes the
+ * destination's away. Depths above 8 bits have none, and are left as they are. */
 ZVCORE_API int32_t CopyBitmapPalette(BITMAPHANDLE* destination, const BITMAPHANDLE* source);
 /* Fills the whole bitmap with a COLORREF (0x00BBGGRR), the nearest palette entry for 1 to 8 bits; alpha becomes opaque. */
 ZVCORE_API int32_t FillBitmap(BITMAPHANDLE* bitmap, uint32_t color);
@@ -201,6 +227,11 @@ ZVCORE_API int32_t ApplyViewPerspective(BITMAPHANDLE* bitmap);
  * error diffusion. */
 ZVCORE_API int32_t ConvertBitmapDepth(BITMAPHANDLE* bitmap, int32_t bitsPerPixel, int32_t order,
                                       const ZVPALETTEENTRY* palette, int32_t dither);
+/* Converts one row of pixels between two formats: depth, colour order, alpha flags and palette come from the two handles,
+ * whose pixels and sizes are not looked at. To 1 to 8 bits it takes the nearest colour of the destination's palette.
+ * ERROR_BAD_ARGUMENT for null, fewer than 1 pixels, an unknown depth, or indices without a palette. */
+ZVCORE_API int32_t ConvertPixelRow(const BITMAPHANDLE* sourceFormat, const void* source, const BITMAPHANDLE* destinationFormat,
+                                   void* destination, int32_t pixels);
 /* Make rows reachable and end that; they nest. ERROR_NO_IMAGE without pixels. */
 ZVCORE_API int32_t LockBitmapRows(BITMAPHANDLE* bitmap);
 ZVCORE_API int32_t UnlockBitmapRows(BITMAPHANDLE* bitmap);
