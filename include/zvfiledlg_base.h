@@ -9,6 +9,7 @@
 #define ZVFILEDLG_BASE_H
 
 #include "services/zvcore/zvcore.h"
+#include "services/zvdlgcommon/help_callback.h"
 
 /* Room of the path fields, in characters, terminator included. */
 #define ZVDLG_PATH_LENGTH 264
@@ -19,9 +20,7 @@
 #define DLG_VIEW_TILES 2
 #define DLG_VIEW_THUMBNAILS 3
 
-/* The user asked for help: dialog is the dialog's number, control the control under a context-help request, or -1 for the
- * Help button. Called on the thread of the dialog, while the dialog is open. */
-typedef void(ZV_CALL* DLGHELPCALLBACK)(uint32_t dialog, int32_t control, void* userData);
+typedef HELPCALLBACK DLGHELPCALLBACK;
 
 /* Pins a documented field to its place in the wire format. */
 #define ZV_WIRE_FIELD(record, field, at) static_assert(offsetof(record, field) == (at), #record "." #field " moved")

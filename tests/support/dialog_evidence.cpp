@@ -1,0 +1,107 @@
+#include <windows.h>
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/support/dialog_driver.h"
+
+namespace zvtest {
+
+namespace {
+
+// The encoder of that name is part of every system since XP.
+constexpr CLSID kPngEncoder = {0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+
+std::filesystem::path ScreenshotFolder() {
+  wchar_t program[MAX_PATH] = {};
+  ::GetModuleFileNameW(nullptr, program, MAX_PATH);
+  return std::filesystem::path(program).parent_path().parent_path() / L"screenshots";
+}
+
+HBITMAP CopyWindowPixels(HWND window) {
+  RECT rect;
+  ::GetWindowRect(window, &rect);
+  const HDC windowDc = ::GetWindowDC(window);
+  const HDC memoryDc = ::CreateCompatibleDC(windowDc);
+  const HBITMAP bitmap = ::CreateCompatibleBitmap(windowDc, rect.right - rect.left, rect.bottom - rect.top);
+  const HGDIOBJ previous = ::SelectObject(memoryDc, bitmap);
+  ::BitBlt(memoryDc, 0, 0, rect.right - rect.left, rect.bottom - rect.top, windowDc, 0, 0, SRCCOPY);
+  ::SelectObject(memoryDc, previous);
+  ::DeleteDC(memoryDc);
+  ::ReleaseDC(window, windowDc);
+  return bitmap;
+}
+
+}  // namespace
+
+bool SaveScreenshot(HWND window, const std::wstring& name) {
+  std::error_code ignored;
+  std::filesystem::create_directories(ScreenshotFolder(), ignored);
+  ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN | RDW_FRAME);
+
+  Gdiplus::GdiplusStartupInput input;
+  ULONG_PTR token = 0;
+  if (Gdiplus::GdiplusStartup(&token, &input, nullptr) != Gdiplus::Ok) {
+    return false;
+  }
+  const HBITMAP pixels = CopyWindowPixels(window);
+  bool saved = false;
+  {
+    Gdiplus::Bitmap picture(pixels, nullptr);
+    const std::wstring path = (ScreenshotFolder() / (name + L".png")).wstring();
+    saved = picture.Save(path.c_str(), &kPngEncoder, nullptr) == Gdiplus::Ok;
+  }
+  ::DeleteObject(pixels);
+  Gdiplus::GdiplusShutdown(token);
+  return saved;
+}
+
+ResourceUse CurrentResourceUse() {
+  ResourceUse use = {};
+  use.gdiObjects = static_cast<int>(::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS));
+  use.userObjects = static_cast<int>(::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS));
+  HANDLE heaps[64];
+  const DWORD count = ::GetProcessHeaps(64, heaps);
+  for (DWORD i = 0; i < count && i < 64; ++i) {
+    ::HeapLock(heaps[i]);
+    PROCESS_HEAP_ENTRY entry = {};
+    while (::HeapWalk(heaps[i], &entry)) {
+      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
+        use.heapBytes += entry.cbData;
+      }
+    }
+    ::HeapUnlock(heaps[i]);
+  }
+  return use;
+}
+
+TemporaryFolder::TemporaryFolder() {
+  wchar_t base[MAX_PATH] = {};
+  ::GetTempPathW(MAX_PATH, base);
+  static int serial = 0;
+  path_ = std::wstring(base) + L"zvtest" + std::to_wstring(::GetCurrentProcessId()) + L"_" + std::to_wstring(++serial);
+  std::filesystem::create_directories(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::wstring TemporaryFolder::AddFile(const std::wstring& name, const std::vector<uint8_t>& content) const {
+  const std::filesystem::path path = File(name);
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(content.data()),
+                                              static_cast<std::streamsize>(content.size()));
+  return path.wstring();
+}
+
+std::wstring TemporaryFolder::AddFolder(const std::wstring& name) const {
+  std::filesystem::create_directories(File(name));
+  return File(name);
+}
+
+}  // namespace zvtest
