@@ -1,0 +1,20 @@
+#include "naming/date_generator.h"
+
+#include <cwchar>
+
+#include "naming/depositories.h"
+
+CString FormatLocalTime(std::time_t moment, const CString& format) {
+  std::tm local = {};
+  if (moment == static_cast<std::time_t>(-1) || localtime_s(&local, &moment) != 0) {
+    return CString();
+  }
+  wchar_t text[128];
+  const size_t length = std::wcsftime(text, std::size(text), format, &local);
+  return CString(text, static_cast<int>(length));
+}
+
+CString CZVDateGenerator::Generate() const {
+  const CString format = DateFormats().GetString(formatId_);
+  return FormatLocalTime(std::time(nullptr), format);
+}

@@ -1,0 +1,20 @@
+#include "naming/unique_name.h"
+
+#include "naming/naming_template_processor.h"
+#include "services/zvdlgutil/file_name_utility.h"
+
+CString MakeUniqueName(const CString& path, const RENAMETEMPLATEDATA& collision,
+                       const std::function<bool(const CString& candidate)>& exists) {
+  if (path.IsEmpty()) {
+    return CString();
+  }
+  CZVNamingTemplateProcessor processor;
+  processor.Configure(*collision.settings);
+  const CString takenName = CZVFileNameUtility::ExtractFileName(path);
+  CString candidate;
+  while (exists(candidate.IsEmpty() ? path : candidate)) {
+    const CString name = processor.ProcessTemplate(collision.namingTemplate, takenName);
+    candidate = CZVFileNameUtility::UpdateFileName(path, name);
+  }
+  return candidate;
+}
