@@ -1,0 +1,163 @@
+#!/usr/bin/env python3
+"""Compares our batch conversion with GraphicsMagick and ImageMagick on the same files in the same run.
+
+usage: run.py BUILD_FOLDER [--count N] [--write DOCUMENT]
+
+Every program is pinned to one processor and limited to one thread. Ours runs under Wine through the real dialog, the progress
+box included; the peers are native. Prints a Markdown table of seconds, peak memory and output bytes, and with --write puts
+it into the document between the two benchmark marks.
+"""
+import argparse
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROCESSOR = "1" if os.cpu_count() and os.cpu_count() > 1 else "0"
+ONE_THREAD = {"OMP_NUM_THREADS": "1", "MAGICK_THREAD_LIMIT": "1"}
+IMAGEMAGICK = "mogrify-im6.q16"
+BEGIN, END = "<!-- benchmark -->", "<!-- /benchmark -->"
+DEFAULT_JPEG_QUALITY = 90  # what the dialog's default quality of 28 means to libjpeg
+
+
+class Task:
+    """One row of the table: what our dialog chooses, what the plain calls do, and what the peers are told."""
+
+    def __init__(self, name, sources, fmt, depth, subtype, file_format, quality, percent, extension, gm, im):
+        self.name, self.sources, self.percent, self.extension = name, sources, percent, extension
+        self.dialog = [fmt, str(depth), subtype]
+        self.bare = [str(file_format), str(depth), str(quality)]
+        self.gm, self.im = gm, im
+
+
+def tasks():
+    jpeg = ["-format", "jpg", "-quality", str(DEFAULT_JPEG_QUALITY), "-sampling-factor", "2x2",
+            "-define", "jpeg:optimize-coding=false", "-interlace", "None"]
+    resize = ["-filter", "Lanczos", "-resize", "50%"]
+    png = ["-format", "png", "-quality", "65"]
+    tiff = ["-format", "tif", "-compress", "None"]
+    im_jpeg = ["-format", "jpg", "-quality", str(DEFAULT_JPEG_QUALITY), "-sampling-factor", "4:2:0",
+               "-define", "jpeg:optimize-coding=false", "-interlace", "None"]
+    return [
+        Task("JPEG to PNG, level 6", "jpeg", "PNG", 24, "-", 75, 6, 100, "png", png, png),
+        Task("JPEG to TIFF, uncompressed", "jpeg", "TIFF", 24, "Uncompressed", 3, 0, 100, "tif", tiff, tiff),
+        Task("TIFF to JPEG, 4:2:0", "tiff", "JPEG", 24, "4:2:0", 23, 28, 100, "jpg", jpeg, im_jpeg),
+        Task("JPEG to JPEG, 50 %", "jpeg", "JPEG", 24, "4:2:0", 23, 28, 50, "jpg", resize + jpeg, resize + im_jpeg),
+    ]
+
+
+def windows_path(path):
+    return "Z:" + str(path).replace("/", "\\")
+
+
+def run_ours(build, mode, arguments):
+    """Gives the figures that the benchmark program prints, as a dict of numbers."""
+    command = ["taskset", "-c", PROCESSOR, str(ROOT / "scripts/wine_run.sh"), str(build / "bin/zvconversion_bench.exe"),
+               mode] + arguments
+    output = subprocess.run(command, check=True, capture_output=True, text=True).stdout
+    return {key: float(value) for key, value in re.findall(r"(\w+)=([\d.]+)", output)}
+
+
+def run_peer(program, options, files, folder):
+    """Runs a peer's mogrify over the files; gives seconds, peak megabytes and bytes written."""
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir(parents=True)
+    if program == "gm":
+        command = ["gm", "mogrify", "-output-directory", str(folder)] + options + files
+    else:
+        command = [IMAGEMAGICK, "-path", str(folder)] + options + files
+    start = time.perf_counter()
+    process = subprocess.Popen(["taskset", "-c", PROCESSOR] + command, env={**os.environ, **ONE_THREAD})
+    _, status, usage = os.wait4(process.pid, 0)
+    seconds = time.perf_counter() - start
+    if status != 0:
+        sys.exit(f"failed: {' '.join(command[:8])} ...")
+    return {"seconds": seconds, "peak_mb": usage.ru_maxrss / 1024, "bytes": bytes_in(folder)}
+
+
+def bytes_in(folder):
+    return sum(entry.stat().st_size for entry in folder.iterdir())
+
+
+def measure_conversion(build, task, files, work):
+    listing = work / "files.txt"
+    listing.write_text("\n".join(windows_path(name) for name in files), encoding="utf-8")
+    target = work / "ours"
+    shutil.rmtree(target, ignore_errors=True)
+    ours = run_ours(build, "dialog", [windows_path(listing), windows_path(target)] + task.dialog + [str(task.percent)])
+    bare = run_ours(build, "bare", [windows_path(listing), windows_path(work / "bare")] + task.bare + [str(task.percent)])
+    written = len(list(target.iterdir()))
+    if written != len(files):
+        sys.exit(f"{task.name}: {written} of {len(files)} files were written")
+    gm = run_peer("gm", task.gm, files, work / "gm")
+    im = run_peer("im", task.im, files, work / "im")
+    for folder in ("ours", "bare", "gm", "im"):
+        shutil.rmtree(work / folder, ignore_errors=True)
+    return ours, bare, gm, im
+
+
+def conversion_rows(build, images, work, count):
+    rows = ["| task | ours s | gm s | ImageMagick s | ours : faster peer | bytes ours : gm | dialog : plain calls | peak MB |",
+            "|---|---|---|---|---|---|---|---|"]
+    for task in tasks():
+        files = sorted(str(path) for path in (images / task.sources).iterdir())[:count]
+        ours, bare, gm, im = measure_conversion(build, task, files, work)
+        peer = min(gm["seconds"], im["seconds"])
+        rows.append(f"| {task.name} | {ours['seconds']:.1f} | {gm['seconds']:.1f} | {im['seconds']:.1f} | "
+                    f"{ours['seconds'] / peer:.2f} | {ours['bytes'] / gm['bytes']:.3f} | "
+                    f"{ours['seconds'] / bare['seconds']:.3f} | {ours['peak_mb']:.0f} |")
+        print(rows[-1], flush=True)
+    return rows
+
+
+def folder_rows(build, work):
+    """Adding folders of small files: what a file costs beyond reading its header."""
+    rows = ["| files in the folder | added in s | headers alone in s | ms a file beyond the header |", "|---|---|---|---|"]
+    seed = work / "seed.png"
+    subprocess.run(["gm", "convert", "-size", "32x32", "xc:gray", str(seed)], check=True)
+    for count in (1250, 2500, 5000):
+        folder = work / f"folder{count}"
+        folder.mkdir()
+        for number in range(count):
+            shutil.copy(seed, folder / f"small_{number:05}.png")
+        info = run_ours(build, "info", [windows_path(folder)])
+        added = run_ours(build, "add", [windows_path(folder)])
+        extra = (added["seconds"] - info["seconds"]) * 1000 / count
+        rows.append(f"| {int(added['files'])} of {count} | {added['seconds']:.2f} | {info['seconds']:.2f} | {extra:.2f} |")
+        print(rows[-1], flush=True)
+    return rows
+
+
+def write_into(document, table):
+    text = document.read_text(encoding="utf-8")
+    head, rest = text.split(BEGIN)
+    tail = rest.split(END)[1]
+    document.write_text(f"{head}{BEGIN}\n{table}\n{END}{tail}", encoding="utf-8")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("build", type=pathlib.Path)
+    parser.add_argument("--count", type=int, default=60, help="files of each task")
+    parser.add_argument("--write", type=pathlib.Path, help="document that gets the table between its marks")
+    options = parser.parse_args()
+    build = options.build.resolve()
+    cache = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache")
+    images = cache / "zvfiledlg/bench-images"
+    subprocess.run([sys.executable, str(ROOT / "scripts/make_samples.py"), "bench", str(images), "--count",
+                    str(max(60, options.count)), "--tiff"], check=True)
+    with tempfile.TemporaryDirectory(dir=build) as scratch:
+        work = pathlib.Path(scratch)
+        rows = conversion_rows(build, images, work, options.count) + [""] + folder_rows(build, work)
+    table = "\n".join(rows)
+    if options.write:
+        write_into(options.write, table)
+
+
+if __name__ == "__main__":
+    main()

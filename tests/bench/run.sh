@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Runs the benchmarks on the finished build and puts their table into docs/performance.md. Called by ./test.sh --bench, which
+# sets up the display and the Wine prefix.
+# shellcheck source=../../scripts/common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
+
+python3 "$root/tests/bench/run.py" "$build" --write "$root/docs/performance.md"
