@@ -11,10 +11,11 @@ CString MakeUniqueName(const CString& path, const RENAMETEMPLATEDATA& collision,
   CZVNamingTemplateProcessor processor;
   processor.Configure(*collision.settings);
   const CString takenName = CZVFileNameUtility::ExtractFileName(path);
-  CString candidate;
-  while (exists(candidate.IsEmpty() ? path : candidate)) {
-    const CString name = processor.ProcessTemplate(collision.namingTemplate, takenName);
-    candidate = CZVFileNameUtility::UpdateFileName(path, name);
+  CString candidate = path;
+  CString freeName;
+  while (exists(candidate)) {
+    candidate = CZVFileNameUtility::UpdateFileName(path, processor.ProcessTemplate(collision.namingTemplate, takenName));
+    freeName = candidate;
   }
-  return candidate;
+  return freeName;
 }
