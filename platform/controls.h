@@ -1,0 +1,20 @@
+// The control classes in one include.
+#pragma once
+
+#include "platform/animate_ctrl.h"
+#include "platform/button.h"
+#include "platform/combo_box.h"
+#include "platform/edit.h"
+#include "platform/header_ctrl.h"
+#include "platform/image_list.h"
+#include "platform/list_box.h"
+#include "platform/list_ctrl.h"
+#include "platform/progress_ctrl.h"
+#include "platform/scroll_bar.h"
+#include "platform/slider_ctrl.h"
+#include "platform/spin_button_ctrl.h"
+#include "platform/static.h"
+#include "platform/tab_ctrl.h"
+#include "platform/tool_bar_ctrl.h"
+#include "platform/tool_tip_ctrl.h"
+#include "platform/tree_ctrl.h"

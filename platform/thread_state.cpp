@@ -1,0 +1,6 @@
+#include "platform/thread_state.h"
+
+ThreadState& ThreadState::Get() {
+  static thread_local ThreadState state;
+  return state;
+}

@@ -1,0 +1,9 @@
+// The platform headers that this framework and its users need, in the one order that compiles. Nothing else includes
+// windows.h. windowsx.h stays out: its function-like macros (SubclassWindow, SelectFont, ...) rename member functions.
+#pragma once
+
+#include <commctrl.h>
+#include <commdlg.h>
+#include <objbase.h>
+#include <shellapi.h>
+#include <windows.h>
