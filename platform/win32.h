@@ -2,8 +2,10 @@
 // windows.h. windowsx.h stays out: its function-like macros (SubclassWindow, SelectFont, ...) rename member functions.
 #pragma once
 
+// clang-format off
+#include <windows.h>
+#include <objbase.h>
 #include <commctrl.h>
 #include <commdlg.h>
-#include <objbase.h>
 #include <shellapi.h>
-#include <windows.h>
+// clang-format on
