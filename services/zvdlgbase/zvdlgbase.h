@@ -29,6 +29,10 @@ extern "C" {
 #define SAVEOPT_J2K_ALPHA 0x100u
 #define SAVEOPT_PDF_PROFILE 0x200u
 
+/* FORMATSTAMPLIMITS.bitDepthMask. */
+#define STAMP_DEPTH_8 1u
+#define STAMP_DEPTH_24 2u
+
 /* Bits of GetFormatMultipageOps. */
 #define MULTIPAGE_OVERWRITE 1u
 #define MULTIPAGE_APPEND 2u
@@ -36,7 +40,9 @@ extern "C" {
 #define MULTIPAGE_INSERT 8u
 
 #pragma pack(push, 1)
-/* format is an index into the catalogue, fileFormat a number of the file library: two different numbers. */
+/* format is an index into the catalogue, fileFormat a number of the file library: two different numbers. Where a format has
+ * sub types, every one of its bit depths has, the list begins with sub type 1, and extension, file format and option flags
+ * are those of the sub type. */
 typedef struct tagFORMATINFO {
   uint32_t uStructSize; /*  0: 24 */
   int32_t format;       /*  4 */
@@ -57,7 +63,7 @@ typedef struct tagFORMATBPPINFO {
 
 typedef struct tagFORMATSUBTYPEINFO {
   uint32_t uStructSize; /*  0: 24 */
-  int32_t subtype;      /*  4: from 1 */
+  int32_t subtype;      /*  4: 1, 2, 4, 8 and so on in the order of the list, so that a mask can name several */
   int32_t nameStringId; /*  8 */
   int32_t extensionStringId;
   int32_t fileFormat;   /* 16 */
@@ -67,7 +73,7 @@ typedef struct tagFORMATSUBTYPEINFO {
 typedef struct tagFORMATSTAMPLIMITS {
   uint32_t uStructSize; /* 0: 24 */
   int32_t minimumWidth, maximumWidth, minimumHeight, maximumHeight;
-  uint32_t bitDepthMask; /* 20: bit 1: 8 bits per pixel, bit 2: 24 */
+  uint32_t bitDepthMask; /* 20: STAMP_DEPTH_... */
 } FORMATSTAMPLIMITS;
 
 typedef struct tagDLGBITMAPLISTITEM {
@@ -100,7 +106,7 @@ ZVDLGBASE_API int32_t GetDialogStringLength(uint32_t id, uint32_t* length);
 /* Copies the text into a buffer of bufferLength characters, terminator included. ERROR_BUFFER_TOO_SMALL leaves an empty
  * text. */
 ZVDLGBASE_API int32_t GetDialogStringText(uint32_t id, wchar_t* buffer, uint32_t bufferLength);
-/* Replaces a text for later readers; null takes the replacement away again. */
+/* Replaces a text for later readers, in this process; null takes the replacement away again. Applications may add ids. */
 ZVDLGBASE_API int32_t SetDialogStringText(uint32_t id, const wchar_t* text);
 
 /* --- Windows --- */
@@ -111,10 +117,20 @@ ZVDLGBASE_API HFONT GetDialogFont(void);
  * the monitor nearest to the point. */
 ZVDLGBASE_API int32_t PositionDialogWindow(HWND window, POINT position);
 
-/* --- Catalogue --- */
+/* --- Image lists --- */
+
+/* Makes the wide form of an image list that an ANSI caller holds: a list of its own with copies of the items. The bitmaps
+ * stay the caller's. On failure the wide list is empty. ERROR_BAD_ARGUMENT for a null list, a count below 0 or a missing item
+ * array, ERROR_BAD_RECORD_SIZE for a wrong size tag. */
+ZVDLGBASE_API int32_t ConvertImageListToWide(const DLGBITMAPLIST* ansi, DLGBITMAPLIST* wide);
+/* Frees the items of such a list and empties it. */
+ZVDLGBASE_API int32_t FreeWideImageList(DLGBITMAPLIST* wide);
+
+/* --- Catalogue: ERROR_BAD_RECORD_SIZE for a record without its size tag, ERROR_BAD_ARGUMENT for what it does not hold --- */
 
 ZVDLGBASE_API int32_t GetFormatInfo(int32_t format, FORMATINFO* info);
-/* A walk: position = GetFirstFormatPosition(); while (position >= 0) { GetNextFormat(&info, &position); ... } */
+/* A walk: position = GetFirstFormatPosition(); while (position >= 0) { GetNextFormat(&info, &position); ... }
+ * The position before the step is the id of the entry that it gives. */
 ZVDLGBASE_API int32_t GetFirstFormatPosition(void);
 ZVDLGBASE_API int32_t GetNextFormat(FORMATINFO* info, int32_t* position);
 ZVDLGBASE_API int32_t GetFormatBppInfo(int32_t format, int32_t bitsPerPixel, FORMATBPPINFO* info);
@@ -123,10 +139,13 @@ ZVDLGBASE_API int32_t GetNextFormatBpp(int32_t format, FORMATBPPINFO* info, int3
 ZVDLGBASE_API int32_t GetFormatSubtypeInfo(int32_t format, int32_t bitsPerPixel, int32_t subtype, FORMATSUBTYPEINFO* info);
 ZVDLGBASE_API int32_t GetFirstFormatSubtypePosition(int32_t format, int32_t bitsPerPixel);
 ZVDLGBASE_API int32_t GetNextFormatSubtype(int32_t format, int32_t bitsPerPixel, FORMATSUBTYPEINFO* info, int32_t* position);
-/* Non-zero: the entry is left out of the lists. */
+/* Non-zero: the entry is left out of the lists, since nothing here can write it. */
 ZVDLGBASE_API int32_t IsFormatExcludedFromList(int32_t fileFormat);
+/* ERROR_FEATURE_UNSUPPORTED, and *qFactor untouched, when the format has no quality. */
 ZVDLGBASE_API int32_t GetFormatDefaultQFactor(int32_t fileFormat, int32_t* qFactor);
+/* MULTIPAGE_... bits; ERROR_FEATURE_UNSUPPORTED, and 0, when the format has one page only. */
 ZVDLGBASE_API int32_t GetFormatMultipageOps(int32_t fileFormat, uint32_t* mask);
+/* ERROR_FEATURE_UNSUPPORTED when the format carries no stamp. */
 ZVDLGBASE_API int32_t GetFormatStampLimits(int32_t fileFormat, FORMATSTAMPLIMITS* limits);
 /* String id of a file format's display name, also of formats that can only be read. */
 ZVDLGBASE_API int32_t GetFormatStringId(int32_t fileFormat, uint32_t* id);
