@@ -1,0 +1,92 @@
+#include "pickers/open_rules.h"
+
+#include "include/zvfiledlg_open.h"
+#include "pickers/open_filters.h"
+
+namespace {
+
+std::wstring AsFolder(std::wstring folder) {
+  if (folder.empty() || folder.back() != L'\\') {
+    folder += L'\\';
+  }
+  return folder;
+}
+
+}  // namespace
+
+const wchar_t* ChooseOpenFilter(const wchar_t* callerFilter, uint32_t dialogFlags) {
+  if (callerFilter && *callerFilter) {
+    return callerFilter;
+  }
+  return dialogFlags & DLG_OPEN_VECTOR_ONLY ? kVectorFilter : kOpenFilter;
+}
+
+DWORD OpenDialogFlags(DWORD callerFlags, uint32_t dialogFlags, bool hasHelp) {
+  DWORD flags = callerFlags | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_ENABLETEMPLATE | OFN_ENABLEHOOK |
+                OFN_HIDEREADONLY;
+  if (dialogFlags & DLG_OPEN_RESIZABLE) {
+    flags |= OFN_ENABLESIZING;
+  }
+  if (dialogFlags & DLG_OPEN_FILE_MAY_NOT_EXIST) {
+    flags &= ~static_cast<DWORD>(OFN_FILEMUSTEXIST);
+  }
+  if (dialogFlags & DLG_OPEN_PATH_MAY_NOT_EXIST) {
+    flags &= ~static_cast<DWORD>(OFN_PATHMUSTEXIST);
+  }
+  return hasHelp ? flags | OFN_SHOWHELP : flags & ~static_cast<DWORD>(OFN_SHOWHELP);
+}
+
+uint32_t SelectionLengthFor(uint32_t callerLength) { return callerLength >= MAX_PATH ? callerLength : kSelectionLength; }
+
+std::wstring DefaultExtension(const wchar_t* filter, uint32_t filterIndex, const std::wstring& current) {
+  if (!filter || filterIndex == 0) {
+    return L"";
+  }
+  const wchar_t* text = filter;
+  std::wstring pattern;
+  for (uint32_t pair = 0; pair < filterIndex && *text; ++pair) {
+    text += std::wstring_view(text).size() + 1;
+    pattern = text;
+    text += pattern.size() + 1;
+  }
+  if (pattern == L"*.*") {
+    return current;
+  }
+  return pattern.size() > 2 ? pattern.substr(2, 3) : L"";
+}
+
+std::vector<std::wstring> ParseSelectionList(const wchar_t* list) {
+  const std::wstring first = list;
+  if (first.empty()) {
+    return {};
+  }
+  const wchar_t* name = list + first.size() + 1;
+  if (!*name) {
+    return {first};
+  }
+  const std::wstring folder = AsFolder(first);
+  std::vector<std::wstring> files;
+  for (; *name; name += std::wstring_view(name).size() + 1) {
+    files.push_back(folder + name);
+  }
+  return files;
+}
+
+std::vector<std::wstring> ParseQuotedSelection(const std::wstring& text) {
+  if (text.empty()) {
+    return {};
+  }
+  const size_t firstQuote = text.find(L'"');
+  if (firstQuote == std::wstring::npos) {
+    return {text};
+  }
+  constexpr size_t kBetweenNames = 3;  // closing quotation mark, blank, opening quotation mark
+  const std::wstring folder = AsFolder(text.substr(0, firstQuote));
+  std::wstring rest = text.substr(firstQuote + 1);
+  std::vector<std::wstring> files;
+  for (size_t quote; (quote = rest.find(L'"')) != std::wstring::npos && quote >= 1;) {
+    files.push_back(folder + rest.substr(0, quote));
+    rest = quote + kBetweenNames <= rest.size() ? rest.substr(quote + kBetweenNames) : L"";
+  }
+  return files;
+}

@@ -1,0 +1,28 @@
+// The rules of the open dialog that need no window: its filter, its buffer, its flags, and how the text that the shell hands
+// over becomes a list of files.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/win32.h"
+
+// Room for the names of a selection, in characters, when the caller's own buffer is small.
+inline constexpr uint32_t kSelectionLength = 26'000;
+
+// The filter to show: the caller's own, or the built-in table when that is missing or empty.
+const wchar_t* ChooseOpenFilter(const wchar_t* callerFilter, uint32_t dialogFlags);
+// The platform's flags: those of the caller (OFN_...) with what the dialog needs, as DLG_OPEN_... dialogFlags ask.
+DWORD OpenDialogFlags(DWORD callerFlags, uint32_t dialogFlags, bool hasHelp);
+// Characters of the dialog's own file buffer for a caller's nMaxFile.
+uint32_t SelectionLengthFor(uint32_t callerLength);
+// The extension that the chosen pair of a filter stands for: the pattern's first, three characters at most. `current` when
+// the pattern is *.*, empty without a filter. filterIndex counts from 1.
+std::wstring DefaultExtension(const wchar_t* filter, uint32_t filterIndex, const std::wstring& current);
+
+// One or more null-ended strings, ended by an empty one. A single one is a file; else the first is a folder, and the others
+// are files in it, in their order.
+std::vector<std::wstring> ParseSelectionList(const wchar_t* list);
+// A folder and quoted names, separated by blanks; without a quotation mark all of it is one file.
+std::vector<std::wstring> ParseQuotedSelection(const std::wstring& text);
