@@ -1,7 +1,7 @@
 // CZVFileNameUtility: the parts of a path, by its text alone. Nothing here touches the file system. Folders end at "\", "/"
 // or at the colon of a drive. The extension is what follows the last dot of the name, unless nothing but dots stands before
-// it: ".profile", "." and ".." are names without one. A dot at the end of a name belongs to neither name nor extension,
-// since the system drops it as well.
+// it: ".profile", "." and ".." are names without one. A dot at the very end of a name ends it before an empty extension,
+// since the system drops such a dot as well.
 #pragma once
 
 #include "platform/cstring.h"
