@@ -51,6 +51,8 @@ class CDialog : public CWnd {
   DECLARE_MESSAGE_MAP()
   LRESULT HandleInitDialog(WPARAM wParam, LPARAM lParam);
   bool EndRunAfterFailure() override;
+  // The top-level window before which the dialog is to stand; null when this thread has no window.
+  HWND FindOwner() const;
 
   LPCTSTR m_lpszTemplateName = nullptr;
   CWnd* m_pParentWnd = nullptr;
@@ -58,7 +60,6 @@ class CDialog : public CWnd {
  private:
   static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   BOOL CreateFrom(LPCDLGTEMPLATE dialogTemplate, HWND parent);
-  HWND FindOwner() const;
   void ReleaseOwner();
 
   LPCDLGTEMPLATE modalTemplate_ = nullptr;
