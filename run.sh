@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Sets the machine up, builds, and shows the library at work: with a display the demo application opens a sample picture;
-# without one the sample images are converted through the real conversion dialog on a virtual display.
+# Sets the machine up, builds, and shows the library at work: with a display the demo application opens a sample
+# picture; without one the sample images are converted through the real conversion dialog on a virtual display.
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/common.sh"
 # shellcheck source=scripts/display.sh

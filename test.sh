@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Sets the machine up, builds everything and runs every test.
 #
-#   ./test.sh                everything: Windows build under Wine, portable parts under sanitizers, short runs of the fuzzers
+#   ./test.sh                everything: Windows build under Wine, portable parts under sanitizers, short fuzzing
 #   ./test.sh --no-host      the Windows build alone
 #   ./test.sh --build-only   build, run nothing; modules and programs stand in build/bin
 #   ./test.sh --bench        build, then run the benchmark and print its table
@@ -31,18 +31,19 @@ skipped=0
 
 # Runs the tests of a build folder and adds up its counts: run_tests NAME FOLDER CTEST-OPTION...
 run_tests() {
-  local name=$1 folder=$2 report=$2/ctest.xml counts total
+  local name=$1 folder=$2 report=$2/ctest.xml counts bad idle
   shift 2
   say "testing $name"
   rm -f "$report"
   ctest --test-dir "$folder" --output-on-failure --no-tests=error --output-junit "$report" "$@" || {
-    say "$name: failures above; to run the failed ones again type: ctest --test-dir $folder --rerun-failed --output-on-failure"
+    say "$name: failures above; to run them again type: ctest --test-dir $folder --rerun-failed --output-on-failure"
   }
   counts=$(sed -n '/<testsuite /,/>/p' "$report" | tr '\n' ' ')
-  total=$(attribute tests "$counts")
-  failed=$((failed + $(attribute failures "$counts")))
-  skipped=$((skipped + $(attribute skipped "$counts") + $(attribute disabled "$counts")))
-  passed=$((passed + total - $(attribute failures "$counts") - $(attribute skipped "$counts") - $(attribute disabled "$counts")))
+  bad=$(attribute failures "$counts")
+  idle=$(($(attribute skipped "$counts") + $(attribute disabled "$counts")))
+  passed=$((passed + $(attribute tests "$counts") - bad - idle))
+  failed=$((failed + bad))
+  skipped=$((skipped + idle))
 }
 
 attribute() {

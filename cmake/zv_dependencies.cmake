@@ -1,8 +1,8 @@
-# The libraries that the codecs stand on, as imported targets zvdep::zlib, deflate, png, jpeg, tiff, gif, openjpeg, lcms2, webp
-# and magick, and GoogleTest from Debian's source package.
+# The libraries that the codecs stand on, as imported targets zvdep::zlib, deflate, png, jpeg, tiff, gif, openjpeg, lcms2,
+# webp and magick, and GoogleTest from Debian's source package.
 #
-# For Windows they are static and come from the prefix that deps/build.sh makes; each target names what it needs in its turn, so
-# that the link order is right. On the host they are Debian's own shared libraries.
+# For Windows they are static and come from the prefix that deps/build.sh makes; each target names what it needs in its
+# turn, so that the link order is right. On the host they are Debian's own shared libraries.
 
 if(ZV_HOST)
   find_package(PkgConfig REQUIRED)

@@ -6,9 +6,9 @@
 #   deps/build.sh --list       print the libraries in the order in which they are built
 #   deps/build.sh --prefix     print the prefix
 #
-# The prefix is ${XDG_CACHE_HOME:-~/.cache}/zvfiledlg/deps-<hash>, the hash being that of the recipes, of these scripts and of
-# the compiler's version, so that a change of any of them builds a new one. The link "deps" beside it names the current
-# prefix and is set only when every library is in it; the file "complete" in the prefix says the same.
+# The prefix is ${XDG_CACHE_HOME:-~/.cache}/zvfiledlg/deps-<hash>, the hash being that of the recipes (comments aside), of
+# build_library.sh and of the compiler's version, so that a change of any of them builds a new one. The link "deps" beside
+# it names the current prefix and is set only when every library is in it; the file "complete" in it says the same.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -42,7 +42,7 @@ END
 prefix_path() {
   local hash
   hash=$({
-    cat "$here"/*.sh "$here"/recipes/*.sh
+    sed -e '/^ *#/d' -e '/^ *$/d' "$here/build_library.sh" "$here"/recipes/*.sh
     "$compiler" -dumpfullversion
   } | sha256sum | cut -c1-16)
   printf '%s/deps-%s\n' "$cache" "$hash"

@@ -5,8 +5,8 @@
 #   source_package   Debian's name of the source package
 #   version          the pinned Debian version
 #   licence          what we may do with it
-# and defines build(), which runs in the unpacked source and installs into $prefix. It may use $triplet, $cc, $cflags, $jobs
-# and the two functions below. What was built is recorded in PREFIX/built/NAME as the very last step.
+# and defines build(), which runs in the unpacked source and installs into $prefix. It may use $triplet, $cc, $cflags,
+# $jobs and the two functions below. What was built is recorded in PREFIX/built/NAME as the very last step.
 set -euo pipefail
 
 name=$1
@@ -22,8 +22,9 @@ cflags='-ffunction-sections -fdata-sections'
 # shellcheck source=deps/fetch.sh
 source "$here/fetch.sh"
 
-# Builds and installs a static library by CMake; the arguments are the library's own options. ZV_CMAKE_DIR names the folder of
-# its CMakeLists.txt when that is not the root, ZV_CMAKE_PROCESSOR the processor's name when the library knows another one.
+# Builds and installs a static library by CMake; the arguments are the library's own options. ZV_CMAKE_DIR names the
+# folder of its CMakeLists.txt when that is not the root, ZV_CMAKE_PROCESSOR the processor when the library knows another
+# name for it.
 cmake_install() {
   cmake -S "${ZV_CMAKE_DIR:-.}" -B zv-build -G Ninja \
     -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_SYSTEM_PROCESSOR="${ZV_CMAKE_PROCESSOR:-AMD64}" \
@@ -36,7 +37,8 @@ cmake_install() {
   cmake --install zv-build
 }
 
-# Compiles a few C files into a static library and installs it with its headers: archive_install LIB.a HEADER... -- SOURCE...
+# Compiles a few C files into a static library and installs it with its headers:
+# archive_install LIB.a HEADER... -- SOURCE...
 archive_install() {
   local archive=$1 headers=() source
   shift

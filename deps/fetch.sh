@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Fetches and unpacks Debian source packages with apt, from the mirror that the machine is set up for, by a sources list and a
-# folder of package lists of our own: the machine's apt set-up stays as it is, and no special rights are needed.
+# Fetches and unpacks Debian source packages with apt, from the mirror that the machine is set up for, by a sources list
+# and a folder of package lists of our own: the machine's apt set-up stays as it is, and no special rights are needed.
 
 fetch_fail() {
   printf 'deps: %s\n' "$*" >&2
@@ -28,8 +28,8 @@ our_apt() {
     -o Acquire::Retries=3 -qq "$@"
 }
 
-# Makes sure that the .dsc and all files it names are in SOURCES and prints the version that is there. That is the pinned
-# one, or, once the archive has dropped it, a later Debian revision (a security fix) of the same upstream version.
+# Makes sure that the .dsc and all files it names are in SOURCES and prints the version that is there. That is the
+# pinned one, or, once the archive has dropped it, a later Debian revision (a security fix) of the same upstream version.
 # fetch_source PACKAGE VERSION SOURCES
 fetch_source() {
   local package=$1 version=$2 sources=$3 revision
@@ -49,19 +49,22 @@ fetch_source() {
       return
     fi
   done
-  fetch_fail "the mirror has no source package $package $version; type: apt-get source --print-uris $package=$version"
+  fetch_fail "the mirror has neither $package $version nor a later revision of it; set a version that it has in deps/recipes"
 }
 
-# The archive's versions of PACKAGE with the upstream version of VERSION, lowest first: later_revisions PACKAGE VERSION SOURCES
+# The archive's versions of PACKAGE with the upstream version of VERSION, lowest first:
+# later_revisions PACKAGE VERSION SOURCES
 later_revisions() {
   local candidate
+  # shellcheck disable=SC2016 # apt replaces $(FILENAME)
   our_apt "$3" indextargets --format '$(FILENAME)' 'Created-By: Sources' | while read -r list; do
     /usr/lib/apt/apt-helper cat-file "$list"
-  done | awk -v package="$1" '$1 == "Package:" { ours = $2 == package } ours && $1 == "Version:" { print $2 }' | sort -uV |
-    while read -r candidate; do
-      [[ ${candidate%-*} == "${2%-*}" && $candidate != "$2" ]] && printf '%s\n' "$candidate"
-    done
-  return 0
+  done | awk -v package="$1" '$1 == "Package:" { ours = $2 == package } ours && $1 == "Version:" { print $2 }' |
+    sort -uV | while read -r candidate; do
+    if [[ ${candidate%-*} == "${2%-*}" && $candidate != "$2" ]]; then
+      printf '%s\n' "$candidate"
+    fi
+  done
 }
 
 dsc_name() {
@@ -73,7 +76,10 @@ is_fetched() {
   local dsc
   dsc=$(dsc_name "$1" "$2")
   [[ -f $3/$dsc ]] || return 1
-  (cd "$3" && sed -n '/^Checksums-Sha256:/,/^[^ ]/{s/^ \([0-9a-f]*\) [0-9]* /\1  /p}' "$dsc" | sha256sum --check --status)
+  (
+    cd "$3" || exit 1
+    sed -n '/^Checksums-Sha256:/,/^[^ ]/{s/^ \([0-9a-f]*\) [0-9]* /\1  /p}' "$dsc" | sha256sum --check --status
+  )
 }
 
 # Unpacks the source and applies Debian's patches: unpack_source PACKAGE VERSION SOURCES FOLDER

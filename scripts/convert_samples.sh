@@ -2,6 +2,8 @@
 # Converts the sample images through the real conversion dialog on the current display, and says where the results are.
 # shellcheck source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+# shellcheck source=wine_env.sh
+source "$root/scripts/wine_env.sh"
 
 samples=$build/samples
 results=$build/converted

@@ -1,18 +1,21 @@
 #!/usr/bin/env bash
 # Makes a Debian 12 machine ready and builds: scripts/setup.sh [--host]
 #
-# Installs the packages of packages.txt that are missing, builds the third-party libraries into the cache, configures, builds
-# all modules, programs and tests. With --host also the portable parts natively, under sanitizers and for the fuzzers. What is
-# there and up to date is left alone.
+# Installs the packages of packages.txt that are missing, builds the third-party libraries into the cache, configures,
+# builds all modules, programs and tests. With --host also the portable parts natively, under sanitizers and for the
+# fuzzers. What is there and up to date is left alone.
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+installed_packages() {
+  dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null | sed -n 's/^installed //p'
+}
 
 missing_packages() {
   local wanted
   mapfile -t wanted < <(sed -e 's/#.*//' -e '/^ *$/d' "$root/scripts/packages.txt" | cut -d' ' -f1)
   # An unknown package is no line at all in the answer, so the installed ones are taken away from the wanted ones.
-  comm -23 <(printf '%s\n' "${wanted[@]}" | sort -u) \
-    <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null | sed -n 's/^installed //p' | sort -u)
+  comm -23 <(printf '%s\n' "${wanted[@]}" | sort -u) <(installed_packages "${wanted[@]}" | sort -u)
 }
 
 install_packages() {

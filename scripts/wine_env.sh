@@ -1,6 +1,6 @@
 # shellcheck shell=bash disable=SC2154 # build comes from common.sh
-# Wine as this project uses it; sourced after common.sh. A WINEPREFIX from the environment is taken as it is; the default one lies
-# in the build folder and is made on first use.
+# Wine as this project uses it; sourced after common.sh. A WINEPREFIX from the environment is taken as it is; the
+# default one lies in the build folder and is made on first use.
 
 wine_own_prefix=$build/wine
 export WINEPREFIX=${WINEPREFIX:-$wine_own_prefix}
@@ -15,7 +15,7 @@ fi
 
 find_wineserver() {
   local candidate
-  for candidate in "${WINESERVER:-}" "$(command -v wineserver || true)" /usr/lib/wine/wineserver /usr/lib/wine/wineserver64; do
+  for candidate in "${WINESERVER:-}" "$(command -v wineserver || true)" /usr/lib/wine/wineserver{,64}; do
     if [[ -n $candidate && -x $candidate ]]; then
       printf '%s\n' "$candidate"
       return
@@ -42,9 +42,9 @@ ensure_wine_prefix() {
   ) 9>"$build/wine.lock"
 }
 
-# Starts the server of our own prefix and keeps it alive between the many short programs of a test run, which saves each one its
-# start. Wine's background processes begin with the first program that has a window and keep that program's output open as long
-# as they live, so the first one must not be a test: CTest would wait for the end of its output.
+# Starts the server of our own prefix and keeps it alive between the many short programs of a test run, which saves each
+# one its start. Wine's background processes begin with the first program that has a window and keep that program's
+# output open as long as they live, so the first one must not be a test: CTest would wait for the end of its output.
 keep_wine() {
   if [[ $WINEPREFIX == "$wine_own_prefix" ]]; then
     "$(find_wineserver)" -p

@@ -4,6 +4,6 @@ version=1.14-1
 licence=MIT
 
 build() {
-  # The version has no CMake files yet, and its makefile takes its tools' names from the compiler's, which has a suffix here.
+  # This version has no CMake files yet, and its makefile derives its tools' names from the compiler's, which has a suffix.
   archive_install libdeflate.a libdeflate.h -- lib/*.c lib/x86/cpu_features.c
 }

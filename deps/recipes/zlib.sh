@@ -6,7 +6,8 @@ licence=Zlib
 copyright=/usr/share/doc/libz-mingw-w64-dev/copyright
 
 build() {
-  version=$(dpkg-query -W -f '${Version}' libz-mingw-w64-dev) || fetch_fail 'type: sudo apt-get install libz-mingw-w64-dev'
+  version=$(dpkg-query -W -f '${Version}' libz-mingw-w64-dev) ||
+    fetch_fail 'zlib is missing; type: sudo apt-get install libz-mingw-w64-dev'
   install -D -m 644 -t "$prefix/lib" "/usr/$triplet/lib/libz.a"
   install -D -m 644 -t "$prefix/include" "/usr/$triplet/include/zlib.h" "/usr/$triplet/include/zconf.h"
 }
