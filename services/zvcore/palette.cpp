@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
+#include "services/zvcore/channel_math.h"
 #include "services/zvcore/pixels.h"
 
 namespace zvcore {
@@ -13,8 +15,21 @@ void FillGrayRamp(ZVPALETTEENTRY* palette, int bits) {
   }
 }
 
-bool IsGrayPalette(const BITMAPHANDLE& bitmap) {
-  return std::all_of(bitmap.palette, bitmap.palette + bitmap.paletteCount,
+int CompletePalette(const BITMAPHANDLE& bitmap, ZVPALETTEENTRY (&palette)[256]) {
+  const int possible = bitmap.bitsPerPixel <= 8 ? 1 << bitmap.bitsPerPixel : 0;
+  std::fill(std::begin(palette), std::end(palette), ZVPALETTEENTRY{0, 0, 0, 255});
+  if (possible == 0) return 0;
+  if (!bitmap.palette || bitmap.paletteCount < 1) {
+    FillGrayRamp(palette, bitmap.bitsPerPixel);
+    return possible;
+  }
+  const int count = std::min(bitmap.paletteCount, possible);
+  std::copy_n(bitmap.palette, count, palette);
+  return count;
+}
+
+bool IsGrayPalette(const ZVPALETTEENTRY* palette, int count) {
+  return std::all_of(palette, palette + count,
                      [](const ZVPALETTEENTRY& entry) { return entry.red == entry.green && entry.green == entry.blue; });
 }
 
@@ -35,10 +50,6 @@ unsigned NearestEntry(const ZVPALETTEENTRY* palette, int count, int red, int gre
   return best;
 }
 
-}  // namespace zvcore
-
-using namespace zvcore;
-
 namespace {
 
 void FillRow(uint8_t* row, int64_t bytes, const uint8_t* pixel, int pixelBytes) {
@@ -52,46 +63,45 @@ void FillRow(uint8_t* row, int64_t bytes, const uint8_t* pixel, int pixelBytes) 
 
 }  // namespace
 
-namespace zvcore {
-
 int EncodePixel(const BITMAPHANDLE& bitmap, uint32_t color, uint8_t* pixel) {
   const int red = color & 255, green = color >> 8 & 255, blue = color >> 16 & 255;
-  const ZVPALETTEENTRY entry = {static_cast<uint8_t>(blue), static_cast<uint8_t>(green), static_cast<uint8_t>(red), 255};
   const bool rgb = bitmap.colorOrder == ORDER_RGB;
-  const uint8_t channels[4] = {rgb ? entry.red : entry.blue, entry.green, rgb ? entry.blue : entry.red, 255};
-  const int gray = (red * 299 + green * 587 + blue * 114 + 500) / 1000;
-  switch (bitmap.bitsPerPixel) {
-    case 1:
-    case 4:
-    case 8: {
-      unsigned index = IsGray(bitmap) || !bitmap.palette ? static_cast<unsigned>(gray) >> (8 - bitmap.bitsPerPixel)
-                                                         : NearestEntry(bitmap.palette, bitmap.paletteCount, red, green, blue);
-      if (bitmap.bitsPerPixel == 1) index *= 0xFF;
-      if (bitmap.bitsPerPixel == 4) index *= 0x11;
-      pixel[0] = static_cast<uint8_t>(index);
-      return 1;
-    }
-    case 16: {
-      const auto value = static_cast<uint16_t>(IsGray(bitmap) ? gray * 257
-                                                              : (red * 31 + 127) / 255 << 10 | (green * 31 + 127) / 255 << 5 |
-                                                                    (blue * 31 + 127) / 255);
-      std::memcpy(pixel, &value, 2);
-      return 2;
-    }
-    case 24:
-    case 32:
-      std::memcpy(pixel, channels, 4);
-      return bitmap.bitsPerPixel / 8;
-    default:
-      for (int c = 0; c < 4; ++c) {
-        const auto value = static_cast<uint16_t>(channels[c] * 257);
-        std::memcpy(pixel + 2 * c, &value, 2);
-      }
-      return bitmap.bitsPerPixel / 8;
+  const auto first = static_cast<uint8_t>(rgb ? red : blue);
+  const auto third = static_cast<uint8_t>(rgb ? blue : red);
+  const uint8_t channels[4] = {first, static_cast<uint8_t>(green), third, 255};
+  const int gray = Luma(red, green, blue);
+  if (IsIndexed(bitmap)) {
+    ZVPALETTEENTRY palette[256];
+    const int count = CompletePalette(bitmap, palette);
+    const unsigned copies = bitmap.bitsPerPixel == 1 ? 0xFF : bitmap.bitsPerPixel == 4 ? 0x11 : 1;
+    pixel[0] = static_cast<uint8_t>(NearestEntry(palette, count, red, green, blue) * copies);
+    return 1;
   }
+  if (bitmap.bitsPerPixel == 8) {
+    pixel[0] = static_cast<uint8_t>(gray);
+    return 1;
+  }
+  if (bitmap.bitsPerPixel == 16) {
+    const unsigned word = Narrow5(red) << 10 | Narrow5(green) << 5 | Narrow5(blue);
+    const auto value = static_cast<uint16_t>(IsGray(bitmap) ? static_cast<unsigned>(gray) * 257 : word);
+    std::memcpy(pixel, &value, 2);
+    return 2;
+  }
+  const int count = bitmap.bitsPerPixel == 24 || bitmap.bitsPerPixel == 48 ? 3 : 4;
+  if (bitmap.bitsPerPixel <= 32) {
+    std::memcpy(pixel, channels, static_cast<size_t>(count));
+    return count;
+  }
+  for (int c = 0; c < count; ++c) {
+    const auto value = static_cast<uint16_t>(channels[c] * 257);
+    std::memcpy(pixel + 2 * c, &value, 2);
+  }
+  return count * 2;
 }
 
 }  // namespace zvcore
+
+using namespace zvcore;
 
 int32_t FillBitmap(BITMAPHANDLE* bitmap, uint32_t color) {
   const int32_t check = CheckPixels(bitmap);

@@ -33,6 +33,10 @@ inline bool IsIndexed(const BITMAPHANDLE& bitmap) { return bitmap.bitsPerPixel <
 inline bool HasAlpha(const BITMAPHANDLE& bitmap) {
   return (bitmap.flags & BITMAP_FLAG_ALPHA) && (bitmap.bitsPerPixel == 32 || bitmap.bitsPerPixel == 64);
 }
+// Whether there are channels of 16 bits.
+inline bool HasWideChannels(const BITMAPHANDLE& bitmap) {
+  return bitmap.bitsPerPixel >= 48 || (bitmap.bitsPerPixel == 16 && IsGray(bitmap));
+}
 inline bool IsTopDown(const BITMAPHANDLE& bitmap) { return bitmap.flags & BITMAP_FLAG_TOP_DOWN; }
 inline int32_t Perspective(const BITMAPHANDLE& bitmap) {
   return bitmap.viewPerspective >= VIEW_TOP_LEFT && bitmap.viewPerspective <= VIEW_LEFT_BOTTOM ? bitmap.viewPerspective
@@ -94,8 +98,10 @@ void FillGrayRamp(ZVPALETTEENTRY* palette, int bits);
 inline bool IsSameColor(const ZVPALETTEENTRY& a, const ZVPALETTEENTRY& b) {
   return a.red == b.red && a.green == b.green && a.blue == b.blue;
 }
-// Whether every entry is a grey.
-bool IsGrayPalette(const BITMAPHANDLE& bitmap);
+// All colours that the indices of a bitmap can name: its palette, black past its end, or a grey ramp without one. Gives the
+// number of entries that may be chosen from.
+int CompletePalette(const BITMAPHANDLE& bitmap, ZVPALETTEENTRY (&palette)[256]);
+bool IsGrayPalette(const ZVPALETTEENTRY* palette, int count);
 // The entry next to a colour by the sum of squared channel differences; the first of equals. count is at least 1.
 unsigned NearestEntry(const ZVPALETTEENTRY* palette, int count, int red, int green, int blue);
 

@@ -57,14 +57,14 @@ extern "C" {
 #define BITMAP_MAX_SIDE 1000000
 #define BITMAP_MAX_BYTES ((uint64_t)16 << 30)
 
-/* Kinds of metadata. METADATA_COMMENT + n, n from 0 to 7, is comment n of ReadFileComment: 8-bit text, UTF-8, without
+/* Kinds of metadata. METADATA_COMMENT + n, n from 0 to 11, is comment n of ReadFileComment: 8-bit text, UTF-8, without
  * terminator. */
 #define METADATA_ICC_PROFILE 0
 #define METADATA_EXIF 1 /* from the TIFF header on, without the "Exif\0\0" of JPEG */
 #define METADATA_XMP 2
 #define METADATA_IPTC 3
 #define METADATA_COMMENT 8
-#define METADATA_KIND_COUNT 16
+#define METADATA_KIND_COUNT 24
 
 /* SizeBitmap methods. */
 #define SIZE_NEAREST 0
@@ -208,23 +208,28 @@ ZVCORE_API int32_t CopyBitmapMetadata(BITMAPHANDLE* destination, const BITMAPHAN
 ZVCORE_API int32_t CopyBitmapPalette(BITMAPHANDLE* destination, const BITMAPHANDLE* source);
 /* Fills the whole bitmap with a COLORREF (0x00BBGGRR), the nearest palette entry for 1 to 8 bits; alpha becomes opaque. */
 ZVCORE_API int32_t FillBitmap(BITMAPHANDLE* bitmap, uint32_t color);
-/* Resamples the source into the size of the allocated destination, which must have the source's depth. */
+/* Resamples the stored rows of the source into the size of the allocated destination, which must have the source's depth;
+ * it takes over whether there is alpha, and keeps its own order and palette. RESIZE_FAVOR_QUALITY resamples as
+ * SIZE_BICUBIC, no flag as SIZE_NEAREST. Reports progress; when that stops it, the destination is half done. */
 ZVCORE_API int32_t ResizeBitmapInto(const BITMAPHANDLE* source, BITMAPHANDLE* destination, uint32_t flags);
 /* Resizes in place to width x height as shown, that is with view perspectives 5 to 8 exchanged; reports progress to the
  * status channel. Palette images of 1, 4 and 8 bits keep their depth; with a method above nearest they are resampled in
  * colour and mapped back to their palette. Until the new pixels are complete the bitmap is unchanged. */
 ZVCORE_API int32_t SizeBitmap(BITMAPHANDLE* bitmap, int32_t width, int32_t height, int32_t method);
-/* Rotates in place, clockwise as shown, by hundredths of a degree. fillColor (COLORREF) goes where no source pixel lies.
- * Multiples of 90 degrees are exact; with other angles and no ROTATE_RESIZE the canvas keeps its size. Angle 0 changes
- * nothing. */
+/* Rotates in place, clockwise as shown, by hundredths of a degree, -36000 to 36000. fillColor (COLORREF) goes where no
+ * source pixel lies, opaque. Multiples of 90 degrees are exact; with other angles and no ROTATE_RESIZE the canvas keeps its
+ * size. Angle 0 changes nothing. Reports progress to the status channel; on failure the bitmap is unchanged.
+ * ERROR_LIMIT_EXCEEDED when the grown canvas is too large. */
 ZVCORE_API int32_t RotateBitmap(BITMAPHANDLE* bitmap, int32_t angle, uint32_t flags, uint32_t fillColor);
-/* Mirror left to right and top to bottom, as shown. */
+/* Mirror left to right, and flip top to bottom, as shown. */
 ZVCORE_API int32_t MirrorBitmap(BITMAPHANDLE* bitmap);
 ZVCORE_API int32_t FlipBitmap(BITMAPHANDLE* bitmap);
 /* Turns the pixels so that view perspective 1 shows what the former one did. */
 ZVCORE_API int32_t ApplyViewPerspective(BITMAPHANDLE* bitmap);
-/* Changes depth and order in place. palette null lets 1 to 8 bits get the best colours of the image; dithering is
- * error diffusion. */
+/* Changes depth and order in place. For 1 to 8 bits palette gives 2^bits colours; null takes a grey ramp with ORDER_GRAY (8
+ * bits then are grey without indices), else the best colours of the image, which are its own when they are few enough.
+ * dither non-zero diffuses the error. Grey is Rec. 601 luma. What has alpha is laid over white when the new depth has none;
+ * a new fourth channel is opaque. Reports progress; on failure the bitmap is unchanged. */
 ZVCORE_API int32_t ConvertBitmapDepth(BITMAPHANDLE* bitmap, int32_t bitsPerPixel, int32_t order,
                                       const ZVPALETTEENTRY* palette, int32_t dither);
 /* Converts one row of pixels between two formats: depth, colour order, alpha flags and palette come from the two handles,

@@ -1,0 +1,248 @@
+#include "services/zvcore/resampler.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "services/zvcore/byte_rows.h"
+#include "services/zvcore/float_rows.h"
+#include "services/zvcore/pixels.h"
+#include "services/zvcore/progress.h"
+#include "services/zvcore/resample_fixed.h"
+#include "services/zvcore/resample_float.h"
+
+namespace zvcore {
+namespace {
+
+// Each destination pixel takes the source pixel that its centre falls into.
+class NearestResampler : public Resampler {
+ public:
+  NearestResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to) : source(from), destination(to) {}
+
+  int32_t Prepare() override {
+    if (!columns.Allocate(static_cast<size_t>(destination.width))) return ERROR_OUT_OF_MEMORY;
+    for (int32_t x = 0; x < destination.width; ++x) {
+      columns[static_cast<size_t>(x)] = SourceOf(x, source.width, destination.width);
+    }
+    return SUCCESS;
+  }
+
+  void MakeRow(int32_t row) override {
+    const int32_t sourceRow = SourceOf(row, source.height, destination.height);
+    uint8_t* out = WritableRowAt(destination, row);
+    if (sourceRow == lastSourceRow) {
+      std::memcpy(out, RowAt(destination, row - 1), static_cast<size_t>(LineBytes(destination.width, destination.bitsPerPixel)));
+      return;
+    }
+    lastSourceRow = sourceRow;
+    const uint8_t* in = RowAt(source, sourceRow);
+    switch (source.bitsPerPixel) {
+      case 1:
+        return PickIndices<1>(in, out);
+      case 4:
+        return PickIndices<4>(in, out);
+      case 8:
+        return PickPixels<1>(in, out);
+      case 16:
+        return PickPixels<2>(in, out);
+      case 24:
+        return PickPixels<3>(in, out);
+      case 32:
+        return PickPixels<4>(in, out);
+      case 48:
+        return PickPixels<6>(in, out);
+      default:
+        return PickPixels<8>(in, out);
+    }
+  }
+
+ private:
+  static int32_t SourceOf(int32_t at, int32_t sourceSize, int32_t destinationSize) {
+    return static_cast<int32_t>((2 * static_cast<int64_t>(at) + 1) * sourceSize / (2 * static_cast<int64_t>(destinationSize)));
+  }
+  template <int bits>
+  void PickIndices(const uint8_t* in, uint8_t* out) const {
+    for (int32_t x = 0; x < destination.width; ++x) PutIndexAt<bits>(out, x, IndexAt<bits>(in, columns[static_cast<size_t>(x)]));
+  }
+  template <int bytes>
+  void PickPixels(const uint8_t* in, uint8_t* out) const {
+    for (int32_t x = 0; x < destination.width; ++x, out += bytes) {
+      std::memcpy(out, in + static_cast<int64_t>(columns[static_cast<size_t>(x)]) * bytes, bytes);
+    }
+  }
+
+  const BITMAPHANDLE& source;
+  BITMAPHANDLE& destination;
+  Buffer<int32_t> columns;
+  int32_t lastSourceRow = -1;
+};
+
+constexpr int32_t kRing = 4;  // filtered rows that an enlargement needs at a time
+
+// 8-bit channels. The pass that leaves fewer samples to the other comes first: down the columns for a reduction, along the
+// rows for an enlargement.
+class FixedResampler : public Resampler {
+ public:
+  FixedResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, AxisFilter filterAcross, AxisFilter filterDown)
+      : source(from), destination(to), reader(from), writer(to), across(filterAcross), down(filterDown) {}
+
+  int32_t Prepare() override {
+    channels = reader.Channels();
+    sourceSamples = static_cast<int64_t>(source.width) * channels;
+    resultSamples = static_cast<int64_t>(destination.width) * channels;
+    downFirst = destination.height <= source.height;
+    int32_t result = writer.Prepare();
+    if (result == SUCCESS) result = BuildFixedWeights(across, source.width, destination.width, kLargestWord, columns);
+    if (result == SUCCESS) {
+      result = BuildFixedWeights(down, source.height, destination.height, downFirst ? 255 : kLargestWord, rows);
+    }
+    if (result == SUCCESS && downFirst) result = sum.Prepare(sourceSamples);
+    if (result != SUCCESS) return result;
+    bool enough = words.Allocate(static_cast<size_t>(sourceSamples)) && packed.Allocate(static_cast<size_t>(resultSamples)) &&
+                  expanded.Allocate(static_cast<size_t>(sourceSamples) * ByteRowSum::kRowsAtOnce);
+    for (int32_t i = 0; enough && !downFirst && i < kRing; ++i) enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
+    return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
+  }
+
+  void MakeRow(int32_t row) override {
+    uint8_t* out = writer.IsDirect() ? WritableRowAt(destination, row) : packed.data();
+    downFirst ? MakeDownFirst(row, out) : MakeAcrossFirst(row, out);
+    if (!writer.IsDirect()) writer.Put(row, out);
+  }
+
+ private:
+  void MakeDownFirst(int32_t row, uint8_t* out) {
+    const AxisSpan span = rows.Span(row);
+    sum.Begin(span.count);
+    for (int32_t k = 0; k < span.count; ++k) {
+      uint8_t* scratch = expanded.data() + k % ByteRowSum::kRowsAtOnce * sourceSamples;
+      sum.Add(reader.Row(span.first + k, scratch), rows.Fixed(row)[k]);
+    }
+    sum.End(rows.fixedScale[static_cast<size_t>(row)], words.data());
+    FilterWordsToBytes(words.data(), columns, channels, destination.width, out);
+  }
+
+  void MakeAcrossFirst(int32_t row, uint8_t* out) {
+    const AxisSpan span = rows.Span(row);
+    const int16_t* filtered[kRing];
+    for (int32_t k = 0; k < span.count; ++k) filtered[k] = FilteredRow(span.first + k);
+    SumWordRows(filtered, rows.Fixed(row), span.count, rows.fixedScale[static_cast<size_t>(row)], resultSamples, out);
+  }
+
+  const int16_t* FilteredRow(int32_t sourceRow) {
+    const int32_t slot = sourceRow % kRing;
+    if (ringHolds[slot] != sourceRow) {
+      ringHolds[slot] = sourceRow;
+      WidenRow(reader.Row(sourceRow, expanded.data()), sourceSamples, words.data());
+      FilterWordsToWords(words.data(), columns, channels, destination.width, ring[slot].data());
+    }
+    return ring[slot].data();
+  }
+
+  const BITMAPHANDLE& source;
+  BITMAPHANDLE& destination;
+  ByteRowReader reader;
+  ByteRowWriter writer;
+  AxisFilter across, down;
+  AxisWeights columns, rows;
+  int channels = 0;
+  int64_t sourceSamples = 0, resultSamples = 0;
+  bool downFirst = false;
+  ByteRowSum sum;
+  Buffer<uint8_t> expanded;  // rows of a bitmap that is not in channels
+  Buffer<uint8_t> packed;    // a result row that has yet to be packed
+  Buffer<int16_t> words;
+  Buffer<int16_t> ring[kRing];
+  int32_t ringHolds[kRing] = {-1, -1, -1, -1};
+};
+
+// 16-bit channels, alpha, and reductions beyond fixed point.
+class FloatResampler : public Resampler {
+ public:
+  FloatResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, AxisFilter filterAcross, AxisFilter filterDown)
+      : source(from), destination(to), reader(from), writer(to), across(filterAcross), down(filterDown) {}
+
+  int32_t Prepare() override {
+    channels = reader.Channels();
+    sourceSamples = static_cast<int64_t>(source.width) * channels;
+    resultSamples = static_cast<int64_t>(destination.width) * channels;
+    downFirst = destination.height <= source.height;
+    int32_t result = writer.Prepare();
+    if (result == SUCCESS) result = BuildRealWeights(across, source.width, destination.width, columns);
+    if (result == SUCCESS) result = BuildRealWeights(down, source.height, destination.height, rows);
+    if (result != SUCCESS) return result;
+    bool enough = loaded.Allocate(static_cast<size_t>(sourceSamples)) && out.Allocate(static_cast<size_t>(resultSamples)) &&
+                  bytes.Allocate(static_cast<size_t>(std::max(sourceSamples, resultSamples)));
+    if (downFirst) return enough && sum.Allocate(static_cast<size_t>(sourceSamples)) ? SUCCESS : ERROR_OUT_OF_MEMORY;
+    for (int32_t i = 0; enough && i < kRing; ++i) enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
+    return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
+  }
+
+  void MakeRow(int32_t row) override {
+    const AxisSpan span = rows.Span(row);
+    const float* weights = rows.Real(row);
+    float* target = downFirst ? sum.data() : out.data();
+    for (int32_t k = 0; k < span.count; ++k) {
+      const float* in = downFirst ? LoadedRow(span.first + k) : FilteredRow(span.first + k);
+      (k == 0 ? SetFloatRow : AddFloatRow)(in, weights[k], downFirst ? sourceSamples : resultSamples, target);
+    }
+    if (downFirst) FilterFloatRow(sum.data(), columns, channels, destination.width, out.data());
+    writer.Write(row, out.data(), bytes.data());
+  }
+
+ private:
+  const float* LoadedRow(int32_t sourceRow) {
+    reader.Read(sourceRow, bytes.data(), loaded.data());
+    return loaded.data();
+  }
+
+  const float* FilteredRow(int32_t sourceRow) {
+    const int32_t slot = sourceRow % kRing;
+    if (ringHolds[slot] != sourceRow) {
+      ringHolds[slot] = sourceRow;
+      FilterFloatRow(LoadedRow(sourceRow), columns, channels, destination.width, ring[slot].data());
+    }
+    return ring[slot].data();
+  }
+
+  const BITMAPHANDLE& source;
+  BITMAPHANDLE& destination;
+  FloatRowReader reader;
+  FloatRowWriter writer;
+  AxisFilter across, down;
+  AxisWeights columns, rows;
+  int channels = 0;
+  int64_t sourceSamples = 0, resultSamples = 0;
+  bool downFirst = false;
+  Buffer<uint8_t> bytes;
+  Buffer<float> loaded, sum, out;
+  Buffer<float> ring[kRing];
+  int32_t ringHolds[kRing] = {-1, -1, -1, -1};
+};
+
+}  // namespace
+
+std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method) {
+  if (method == SIZE_NEAREST) return std::unique_ptr<Resampler>(new (std::nothrow) NearestResampler(source, destination));
+  const AxisFilter across = FilterFor(method, source.width, destination.width);
+  const AxisFilter down = FilterFor(method, source.height, destination.height);
+  const bool fixed = !HasWideChannels(source) && !HasAlpha(source) &&
+                     FixedPointSuits(across, source.width, destination.width) &&
+                     FixedPointSuits(down, source.height, destination.height);
+  if (fixed) return std::unique_ptr<Resampler>(new (std::nothrow) FixedResampler(source, destination, across, down));
+  return std::unique_ptr<Resampler>(new (std::nothrow) FloatResampler(source, destination, across, down));
+}
+
+int32_t Resample(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method) {
+  const auto resampler = NewResampler(source, destination, method);
+  if (!resampler) return ERROR_OUT_OF_MEMORY;
+  int32_t result = resampler->Prepare();
+  Progress progress(destination.height);
+  for (int32_t row = 0; result == SUCCESS && row < destination.height; ++row) {
+    resampler->MakeRow(row);
+    result = progress.Reached(row + 1);
+  }
+  return result;
+}
+
+}  // namespace zvcore
