@@ -86,8 +86,8 @@ int32_t DescribeAt(ByteSource& source, const LoadRequest& request, uint64_t offs
   const uint32_t storedBits = uint32_t{picture.bits} * picture.samples;
   // Chroma that is stored once for several pixels may make the file smaller than its pixels.
   if (expansion != 0 && picture.decoding != Decoding::kLibrary && storedBits <= INT32_MAX) {
-    result = request.limits.CheckPlausible(picture.width, picture.height, static_cast<int32_t>(storedBits), source.Size(),
-                                           expansion);
+    result = request.limits.CheckPlausible(picture.width, picture.height, static_cast<int32_t>(storedBits),
+                                           source.Size(), expansion);
     if (result != SUCCESS) return result;
   }
   FillHeader(tiff, picture, page.stream.GetVariant().big, page.directory.Find(kExifIfd) != nullptr, page.header);
@@ -195,7 +195,8 @@ int32_t Save(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
   if (result == SUCCESS && handle->Errors() > 0) result = ERROR_FILE_WRITE;
   if (result == SUCCESS) result = AttachExif(sink, request.metadata);
   const bool placed = request.pageOp == PageOp::kInsert || request.pageOp == PageOp::kReplace;
-  if (result == SUCCESS && kept > 0 && placed) result = MoveLastPageTo(sink, static_cast<size_t>(std::max(request.page, 1)) - 1);
+  if (result == SUCCESS && kept > 0 && placed)
+    result = MoveLastPageTo(sink, static_cast<size_t>(std::max(request.page, 1)) - 1);
   if (result == SUCCESS && kept > 0) result = RenumberPages(sink);
   return result;
 }
@@ -239,7 +240,8 @@ std::vector<Directory> StampCandidates(OpenPage& page) {
   std::vector<Directory> candidates;
   Directory directory;
   for (const uint64_t offset : offsets) {
-    if (page.stream.ReadDirectory(offset, directory) && IsThumbnail(page.stream, directory)) candidates.push_back(directory);
+    if (page.stream.ReadDirectory(offset, directory) && IsThumbnail(page.stream, directory))
+      candidates.push_back(directory);
   }
   return candidates;
 }
@@ -266,7 +268,8 @@ int32_t Stamp(ByteSource& source, const LoadRequest& request, RowSink& sink) {
 
 // --- The row of the codec table ---
 
-constexpr uint32_t kSaveAny = kSave1 | kSave4 | kSave8Index | kSave8Gray | kSave16Gray | kSave24 | kSave32 | kSave48 | kSave64;
+constexpr uint32_t kSaveAny =
+    kSave1 | kSave4 | kSave8Index | kSave8Gray | kSave16Gray | kSave24 | kSave32 | kSave48 | kSave64;
 
 constexpr FormatRow kFormats[] = {
     {FMT_TIFF, "tif", kSaveAny},
@@ -293,8 +296,7 @@ constexpr FormatRow kFormats[] = {
     {FMT_TIFF_OLD_JPEG, "tif", 0},
 };
 
-constexpr Signature kSignatures[] = {
-    {0, 4, "II\x2A\0"}, {0, 4, "MM\0\x2A"}, {0, 4, "II\x2B\0"}, {0, 4, "MM\0\x2B"}};
+constexpr Signature kSignatures[] = {{0, 4, "II\x2A\0"}, {0, 4, "MM\0\x2A"}, {0, 4, "II\x2B\0"}, {0, 4, "MM\0\x2B"}};
 
 }  // namespace
 }  // namespace tiff

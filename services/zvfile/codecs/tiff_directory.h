@@ -47,7 +47,16 @@ enum Tag : uint16_t {
   kInteropIfd = 40965
 };
 
-enum Type : uint16_t { kByte = 1, kAscii = 2, kShort = 3, kLong = 4, kRational = 5, kIfd = 13, kLong8 = 16, kIfd8 = 18 };
+enum Type : uint16_t {
+  kByte = 1,
+  kAscii = 2,
+  kShort = 3,
+  kLong = 4,
+  kRational = 5,
+  kIfd = 13,
+  kLong8 = 16,
+  kIfd8 = 18
+};
 
 // Bytes of one value, 0 for an unknown type; and the unit in which byte order matters.
 uint32_t TypeSize(uint16_t type);
@@ -71,7 +80,7 @@ struct Directory {
 
 // Byte order and offset width of a file.
 struct Variant {
-  bool big = false;        // 64-bit offsets
+  bool big = false;  // 64-bit offsets
   bool bigEndian = false;
   uint32_t OffsetSize() const { return big ? 8 : 4; }
 };
@@ -88,7 +97,7 @@ class Stream {
   uint64_t NumberOr(const Directory& directory, uint16_t tag, uint64_t fallback);
   ByteSource& Source() { return source_; }
   const Variant& GetVariant() const { return variant_; }
-  uint64_t First() const { return first_; }    // offset of the first directory
+  uint64_t First() const { return first_; }  // offset of the first directory
   uint64_t FirstAt() const { return firstAt_; }
 
  private:
@@ -102,11 +111,11 @@ class Stream {
 
 // A page and the reduced-resolution pictures of it that follow in the chain.
 struct Page {
-  uint64_t offset = 0;                  // of its directory
-  uint64_t slotAt = 0;                  // position of the pointer that leads to the first directory of the group
-  uint64_t groupStart = 0;              // offset of that first directory
-  std::vector<uint64_t> group;          // all its directories in chain order
-  std::vector<uint64_t> thumbnails;     // those of them that are reduced pictures
+  uint64_t offset = 0;               // of its directory
+  uint64_t slotAt = 0;               // position of the pointer that leads to the first directory of the group
+  uint64_t groupStart = 0;           // offset of that first directory
+  std::vector<uint64_t> group;       // all its directories in chain order
+  std::vector<uint64_t> thumbnails;  // those of them that are reduced pictures
 };
 
 // True when the directory describes a reduced-resolution copy or a bare Exif thumbnail and not a page of its own.

@@ -11,15 +11,20 @@ struct CommentTag {
 };
 
 constexpr CommentTag kCommentTags[] = {
-    {COMMENT_DESCRIPTION, TIFFTAG_IMAGEDESCRIPTION}, {COMMENT_AUTHOR, TIFFTAG_ARTIST}, {COMMENT_SOFTWARE, TIFFTAG_SOFTWARE},
-    {COMMENT_COPYRIGHT, TIFFTAG_COPYRIGHT},          {COMMENT_DATE, TIFFTAG_DATETIME}, {COMMENT_MAKE, TIFFTAG_MAKE},
-    {COMMENT_MODEL, TIFFTAG_MODEL},                  {COMMENT_TITLE, TIFFTAG_DOCUMENTNAME},
+    {COMMENT_DESCRIPTION, TIFFTAG_IMAGEDESCRIPTION},
+    {COMMENT_AUTHOR, TIFFTAG_ARTIST},
+    {COMMENT_SOFTWARE, TIFFTAG_SOFTWARE},
+    {COMMENT_COPYRIGHT, TIFFTAG_COPYRIGHT},
+    {COMMENT_DATE, TIFFTAG_DATETIME},
+    {COMMENT_MAKE, TIFFTAG_MAKE},
+    {COMMENT_MODEL, TIFFTAG_MODEL},
+    {COMMENT_TITLE, TIFFTAG_DOCUMENTNAME},
 };
 
 // What goes from a page into an Exif block: its first directory describes the picture as a camera would.
-constexpr uint16_t kExifBlockTags[] = {kImageDescription, kMake,     kModel,   kXResolution, kYResolution,
-                                       kResolutionUnit,   kSoftware, kDateTime, kArtist,      kCopyright,
-                                       kExifIfd,          kGpsIfd};
+constexpr uint16_t kExifBlockTags[] = {kImageDescription, kMake,           kModel,    kXResolution,
+                                       kYResolution,      kResolutionUnit, kSoftware, kDateTime,
+                                       kArtist,           kCopyright,      kExifIfd,  kGpsIfd};
 
 void ReadBlock(TIFF* tiff, uint32_t tag, const Limits& limits, std::vector<uint8_t>& block) {
   uint32_t size = 0;

@@ -78,7 +78,8 @@ void ReadAlpha(TIFF* tiff, Picture& picture) {
   uint16_t count = 0;
   uint16_t* kinds = nullptr;
   picture.alpha = Alpha::kNone;
-  if (picture.samples <= picture.colors || !TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &count, &kinds) || count == 0) return;
+  if (picture.samples <= picture.colors || !TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &count, &kinds) || count == 0)
+    return;
   if (kinds[0] == EXTRASAMPLE_ASSOCALPHA) picture.alpha = Alpha::kAssociated;
   if (kinds[0] == EXTRASAMPLE_UNASSALPHA) picture.alpha = Alpha::kStraight;
 }
@@ -182,8 +183,7 @@ void ChooseCodecForm(TIFF* tiff, Picture& picture) {
       picture.sampleFormat = SAMPLEFORMAT_UINT;
       break;
     }
-    default:
-      break;
+    default: break;
   }
 }
 
@@ -197,8 +197,7 @@ int32_t FormatOf(TIFF* tiff, const Picture& picture, bool big, bool hasExif) {
       if (ycc) return hasExif ? FMT_EXIF_TIFF_YCC : FMT_TIFF_YCC;
       return hasExif && picture.layout == Layout::kRgb24 ? FMT_EXIF_TIFF_RGB : FMT_TIFF;
     case COMPRESSION_DEFLATE:
-    case COMPRESSION_ADOBE_DEFLATE:
-      return big ? FMT_BIGTIFF_DEFLATE : FMT_TIFF_DEFLATE;
+    case COMPRESSION_ADOBE_DEFLATE: return big ? FMT_BIGTIFF_DEFLATE : FMT_TIFF_DEFLATE;
     case COMPRESSION_CCITTFAX3:
       return TagOr<uint32_t>(tiff, TIFFTAG_GROUP3OPTIONS, 0) & GROUP3OPT_2DENCODING ? FMT_TIFF_G3_2D : FMT_TIFF_G3_1D;
     case COMPRESSION_JPEG:
@@ -214,15 +213,16 @@ int32_t FormatOf(TIFF* tiff, const Picture& picture, bool big, bool hasExif) {
 }  // namespace
 
 int32_t DescribePicture(TIFF* tiff, Picture& picture) {
-  if (!TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &picture.width) || !TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &picture.height)) {
+  if (!TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &picture.width) ||
+      !TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &picture.height)) {
     return ERROR_FILE_DAMAGED;
   }
   picture.bits = TagOr<uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
   picture.samples = TagOr<uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
   picture.compression = TagOr<uint16_t>(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
   picture.sampleFormat = TagOr<uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
-  picture.separate = TagOr<uint16_t>(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE &&
-                     picture.samples > 1;
+  picture.separate =
+      TagOr<uint16_t>(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE && picture.samples > 1;
   picture.tiled = TIFFIsTiled(tiff) != 0;
   const uint16_t guess = picture.samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
   if (!TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &picture.photometric)) picture.photometric = guess;
@@ -231,23 +231,19 @@ int32_t DescribePicture(TIFF* tiff, Picture& picture) {
   if (!TIFFIsCODECConfigured(picture.compression)) return ERROR_FEATURE_UNSUPPORTED;
   const bool old = picture.compression == COMPRESSION_OJPEG;
   ChooseCodecForm(tiff, picture);
-  picture.colors = picture.photometric == PHOTOMETRIC_SEPARATED ? 4
-                   : picture.photometric == PHOTOMETRIC_RGB     ? 3
-                                                                : 1;
+  picture.colors = picture.photometric == PHOTOMETRIC_SEPARATED ? 4 : picture.photometric == PHOTOMETRIC_RGB ? 3 : 1;
   ReadAlpha(tiff, picture);
   if (old) return DescribeLibrary(picture);
   switch (picture.photometric) {
     case PHOTOMETRIC_MINISWHITE:
     case PHOTOMETRIC_MINISBLACK:
-    case PHOTOMETRIC_MASK:
-      return DescribeGray(picture);
+    case PHOTOMETRIC_MASK: return DescribeGray(picture);
     case PHOTOMETRIC_RGB: return DescribeColor(picture);
     case PHOTOMETRIC_PALETTE: return DescribePalette(tiff, picture);
     case PHOTOMETRIC_SEPARATED: return DescribeInks(tiff, picture);
     case PHOTOMETRIC_YCBCR: return DescribeLibrary(picture);
     case PHOTOMETRIC_CIELAB:
-    case PHOTOMETRIC_ICCLAB:
-      return DescribeLab(picture);
+    case PHOTOMETRIC_ICCLAB: return DescribeLab(picture);
     default: return ERROR_FEATURE_UNSUPPORTED;
   }
 }

@@ -17,7 +17,7 @@ enum class Decoding {
   kPaletteColors,  // indices that no layout has, or with alpha: looked up
   kInks,           // CMYK
   kLab,
-  kLibrary         // sub-sampled YCbCr and old JPEG: the library makes 8-bit RGBA
+  kLibrary  // sub-sampled YCbCr and old JPEG: the library makes 8-bit RGBA
 };
 
 enum class Alpha { kNone, kAssociated, kStraight };
@@ -26,12 +26,12 @@ struct Picture {
   uint32_t width = 0, height = 0;
   uint16_t bits = 1, samples = 1, photometric = 0, compression = 1, sampleFormat = 1;
   bool separate = false, tiled = false;
-  uint16_t colors = 1;       // samples that are colour; alpha, if any, comes right behind them
+  uint16_t colors = 1;  // samples that are colour; alpha, if any, comes right behind them
   Alpha alpha = Alpha::kNone;
   uint16_t chromaX = 1, chromaY = 1;
   Decoding decoding = Decoding::kSamples;
   Layout layout = Layout::kGray8;
-  Palette palette;           // of kIndices and kPaletteColors
+  Palette palette;  // of kIndices and kPaletteColors
 };
 
 // Reads the tags of the current directory and tells the library to deliver samples in the plainest form it can (RGB of JPEG,

@@ -108,7 +108,11 @@ class Bands : public RowReader {
 
  protected:
   Bands(TIFF* tiff, const Picture& picture, size_t rowBytes, uint32_t bandRows)
-      : RowReader(rowBytes), tiff_(tiff), picture_(picture), height_(picture.height), bandRows_(bandRows),
+      : RowReader(rowBytes),
+        tiff_(tiff),
+        picture_(picture),
+        height_(picture.height),
+        bandRows_(bandRows),
         band_(rowBytes * bandRows) {}
   // Fills band_ with rows [top, top + rows).
   virtual int32_t Load(uint32_t top, uint32_t rows) = 0;
@@ -126,7 +130,8 @@ class Bands : public RowReader {
 class SeparateStrips final : public Bands {
  public:
   SeparateStrips(TIFF* tiff, const Picture& picture, size_t rowBytes, uint32_t rowsPerStrip)
-      : Bands(tiff, picture, rowBytes, rowsPerStrip), planeBytes_(TIFFScanlineSize(tiff)),
+      : Bands(tiff, picture, rowBytes, rowsPerStrip),
+        planeBytes_(TIFFScanlineSize(tiff)),
         plane_(static_cast<size_t>(TIFFStripSize(tiff))) {}
 
  private:
@@ -151,7 +156,9 @@ class SeparateStrips final : public Bands {
 class TileRows final : public Bands {
  public:
   TileRows(TIFF* tiff, const Picture& picture, size_t rowBytes, uint32_t tileWidth, uint32_t tileHeight)
-      : Bands(tiff, picture, rowBytes, tileHeight), tileWidth_(tileWidth), tileRowBytes_(TIFFTileRowSize(tiff)),
+      : Bands(tiff, picture, rowBytes, tileHeight),
+        tileWidth_(tileWidth),
+        tileRowBytes_(TIFFTileRowSize(tiff)),
         tile_(static_cast<size_t>(TIFFTileSize(tiff))) {}
 
  private:
@@ -192,7 +199,8 @@ class TileRows final : public Bands {
 class LibraryPictures final : public Bands {
  public:
   LibraryPictures(TIFF* tiff, const Picture& picture, uint32_t columns, uint32_t bandRows)
-      : Bands(tiff, picture, size_t{picture.width} * 4, bandRows), columns_(columns),
+      : Bands(tiff, picture, size_t{picture.width} * 4, bandRows),
+        columns_(columns),
         raster_(size_t{columns} * bandRows) {
     // The view perspective is applied elsewhere; the library would apply it a second time.
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
@@ -220,8 +228,8 @@ class LibraryPictures final : public Bands {
 };
 
 bool IsPlain(const Picture& picture) {
-  const bool wholeSamples = picture.bits == 1 || picture.bits == 2 || picture.bits == 4 || picture.bits == 8 ||
-                            picture.bits == 16;
+  const bool wholeSamples =
+      picture.bits == 1 || picture.bits == 2 || picture.bits == 4 || picture.bits == 8 || picture.bits == 16;
   return picture.compression == COMPRESSION_NONE && !picture.tiled && !picture.separate && wholeSamples &&
          picture.decoding != Decoding::kLibrary;
 }

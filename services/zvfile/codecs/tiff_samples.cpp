@@ -50,7 +50,8 @@ uint16_t ClampUnit(double value) {
 
 uint64_t LoadBits(const uint8_t* row, uint64_t firstBit, uint16_t bits) {
   uint64_t value = 0;
-  for (uint64_t bit = firstBit; bit < firstBit + bits; ++bit) value = value << 1 | (row[bit >> 3] >> (7 - (bit & 7)) & 1);
+  for (uint64_t bit = firstBit; bit < firstBit + bits; ++bit)
+    value = value << 1 | (row[bit >> 3] >> (7 - (bit & 7)) & 1);
   return value;
 }
 
@@ -107,9 +108,7 @@ RowTransform::RowTransform(const Picture& picture, std::span<const uint8_t> prof
   const bool deep = IsDeep(picture.layout);
   const Output output = deep ? Output::kRgb48 : Output::kRgb24;
   switch (picture.decoding) {
-    case Decoding::kIndices:
-      identity_ = true;
-      break;
+    case Decoding::kIndices: identity_ = true; break;
     case Decoding::kSamples: {
       const uint16_t channels = picture.colors + (picture.alpha != Alpha::kNone ? 1 : 0);
       identity_ = picture.sampleFormat == SAMPLEFORMAT_UINT && (picture.bits == 8 || picture.bits == 16) &&
@@ -126,8 +125,7 @@ RowTransform::RowTransform(const Picture& picture, std::span<const uint8_t> prof
       transform_ = std::make_unique<ColorTransform>(Input::kLab, output, std::span<const uint8_t>());
       lab_.resize(size_t{picture.width} * 3);
       break;
-    default:
-      break;
+    default: break;
   }
   if (!identity_ && picture.decoding != Decoding::kLibrary) samples_.resize(size_t{picture.width} * picture.samples);
 }

@@ -33,7 +33,7 @@ class RowTransform {
   std::vector<uint16_t> samples_;  // of one row: 8-bit values of layouts with 8 bits, else 16-bit; indices of palettes
   std::vector<uint16_t> inks_;     // CMYK alone, as bytes or words
   std::vector<double> lab_;
-  std::vector<uint16_t> colors_;   // RGB from inks
+  std::vector<uint16_t> colors_;  // RGB from inks
   std::unique_ptr<ColorTransform> transform_;
 };
 

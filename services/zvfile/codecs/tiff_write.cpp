@@ -47,7 +47,8 @@ constexpr size_t kStripBytes = size_t{256} << 10;
 constexpr size_t kBilevelStripBytes = size_t{4} << 20;
 
 bool IsFax(uint16_t compression) {
-  return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 || compression == COMPRESSION_CCITTFAX4;
+  return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
+         compression == COMPRESSION_CCITTFAX4;
 }
 
 uint32_t LumaOf(const ZVPALETTEENTRY& color) { return Luma8(color.red, color.green, color.blue); }
@@ -72,8 +73,8 @@ struct Form {
   uint16_t photometric = PHOTOMETRIC_RGB;
   uint16_t bits = 8, samples = 3;
   bool alpha = false;
-  bool dropPadding = false;      // four samples a pixel come, three are stored
-  bool invert = false;           // bilevel: 1 becomes 0
+  bool dropPadding = false;  // four samples a pixel come, three are stored
+  bool invert = false;       // bilevel: 1 becomes 0
 };
 
 Form ColorForm(Layout layout) {
@@ -160,8 +161,7 @@ void SetCompression(TIFF* tiff, const Encoding& encoding, const Form& form, int3
       // Higher presets reserve ten times the memory and gain nothing on strips this short.
       TIFFSetField(tiff, TIFFTAG_LZMAPRESET, 3);
       break;
-    default:
-      break;
+    default: break;
   }
   const bool wholeSamples = form.bits >= 8 && form.photometric != PHOTOMETRIC_PALETTE;
   if (encoding.predictor && wholeSamples) TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
@@ -175,7 +175,8 @@ uint32_t RowsPerStrip(const Encoding& encoding, const Form& form, size_t rowByte
   return rows;
 }
 
-void SetTags(TIFF* tiff, const Encoding& encoding, const Form& form, const SaveRequest& request, const RowSource& rows) {
+void SetTags(TIFF* tiff, const Encoding& encoding, const Form& form, const SaveRequest& request,
+             const RowSource& rows) {
   TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<uint32_t>(rows.Width()));
   TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<uint32_t>(rows.Height()));
   TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, form.bits);
