@@ -61,3 +61,23 @@ function(zv_add_dialog_test name)
   zv_add_unit_test(${name} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS dialog RUN_SERIAL TRUE)
 endfunction()
+
+# A libFuzzer program. Its test is a short run over the seed files of the folder corpus/<name>, when there are some; a crash,
+# a leak, 15 seconds or 2 GB on one input fail it. SECONDS is the length of the run.
+function(zv_add_fuzzer name)
+  cmake_parse_arguments(arg "" "SECONDS" "SOURCES;LINK" ${ARGN})
+  if(NOT arg_SECONDS)
+    set(arg_SECONDS 20)
+  endif()
+  zv_add_program(${name} SOURCES ${arg_SOURCES} LINK ${arg_LINK})
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  set(found ${CMAKE_BINARY_DIR}/fuzz/${name})
+  set(seeds ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name})
+  if(NOT EXISTS ${seeds})
+    set(seeds "")
+  endif()
+  file(MAKE_DIRECTORY ${found})
+  add_test(NAME ${name} COMMAND ${name} -max_total_time=${arg_SECONDS} -timeout=15 -rss_limit_mb=2048
+                                -artifact_prefix=${found}/ ${found} ${seeds})
+  set_tests_properties(${name} PROPERTIES LABELS fuzz TIMEOUT 300)
+endfunction()
