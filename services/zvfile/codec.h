@@ -122,7 +122,8 @@ struct Codec {
   uint32_t flags;
   // Decides by content where signatures are not enough; reads few bytes. Null: any signature that matches decides.
   bool (*probe)(ByteSource& source);
-  // Reads the header alone.
+  // Reads the header alone. info and load answer ERROR_FILE_FORMAT, before the sink has begun, for content that the codec
+  // leaves to others (a variant that it does not know); the next codec that recognises the file is then tried.
   int32_t (*info)(ByteSource& source, const LoadRequest& request, ImageHeader& header);
   // Begins the sink and puts every row into it; must stop and give back any code but SUCCESS that the sink answers. What is
   // cut short or damaged ends with ERROR_FILE_DAMAGED.
@@ -152,8 +153,8 @@ extern const Codec kMagickCodec;
 // The whole table, in order of preference.
 std::span<const Codec* const> AllCodecs();
 // The codec that the content belongs to, by signature and probe; by the extension when the content says nothing. Null when
-// unknown. extension as in LoadRequest.
-const Codec* DetectCodec(ByteSource& source, const std::string& extension);
+// unknown. extension as in LoadRequest. With `after` the search goes on behind that codec, which has left the file to others.
+const Codec* DetectCodec(ByteSource& source, const std::string& extension, const Codec* after = nullptr);
 const Codec* CodecForSaving(int32_t format);
 // The row of a number in a codec, or null.
 const FormatRow* FindFormatRow(const Codec& codec, int32_t format);

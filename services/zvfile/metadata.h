@@ -8,17 +8,21 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "services/zvfile/zvfile.h"
 
 namespace zvfile {
 
+// Comments by COMMENT_..., UTF-8; bytes that are no UTF-8 are kept as the file has them.
+using Comments = std::array<std::string, COMMENT_COUNT>;
+
 struct Metadata {
   std::vector<uint8_t> profile;
   std::vector<uint8_t> exif;
   std::vector<uint8_t> xmp;
-  std::array<std::string, COMMENT_COUNT> comments;  // by COMMENT_...; as the file has them, UTF-8 where it says so
+  Comments comments;
 
   bool Empty() const;
 };
@@ -32,13 +36,23 @@ struct ExifSummary {
   int32_t orientation = 0;                          // VIEW_..., 0 not given
   double xResolution = 0, yResolution = 0;          // dots per inch
   std::span<const uint8_t> thumbnail;               // JPEG stream inside the block
-  std::array<std::string, COMMENT_COUNT> comments;
+  Comments comments;
 };
 ExifSummary ReadExif(std::span<const uint8_t> exif);
-// An Exif block for an upright image: the old one's tags (exif may be empty) with orientation 1, the comments given put in
-// or replaced, and the thumbnail replaced, or dropped when it is empty.
-std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const std::array<std::string, COMMENT_COUNT>& comments,
-                               std::span<const uint8_t> thumbnail);
+// An Exif block for an upright image of the given size: the old one's tags (exif may be empty) with orientation 1, the
+// comments put in or replaced, and the thumbnail, a JPEG stream, replaced, or dropped when it is empty. At most 65527 bytes, what
+// a JPEG segment holds: the thumbnail goes first, then everything (an empty block).
+std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments, std::span<const uint8_t> thumbnail,
+                               int32_t width, int32_t height);
+
+// Whether an ICC profile is for grey (or colour) data and looks whole; a profile that is not is not written with it.
+bool ProfileFits(std::span<const uint8_t> profile, bool gray);
+
+// Text between the encodings of files. Invalid UTF-8 is read as Latin-1.
+std::u16string Utf16FromUtf8(const std::string& text);
+std::string Utf8FromUtf16(std::u16string_view text);
+std::string Utf8FromLatin1(std::string_view text);
+bool IsUtf8(std::string_view text);
 
 }  // namespace zvfile
 

@@ -20,9 +20,15 @@ constexpr const Codec* kCodecs[] = {
 #endif
     &kBmpCodec,
     &kCmpCodec,
+#ifdef ZVFILE_WEBP
     &kWebpCodec,
+#endif
+#ifdef ZVFILE_J2K
     &kJ2kCodec,
+#endif
+#ifdef ZVFILE_ICON
     &kIconCodec,
+#endif
 #ifdef ZVFILE_MAGICK
     &kMagickCodec,
 #endif
@@ -43,6 +49,7 @@ bool KnowsContent(const Codec& codec, std::span<const uint8_t> head, ByteSource&
 }
 
 bool KnowsExtension(const Codec& codec, std::string_view extension) {
+  if (extension.empty()) return false;
   std::string_view rest = codec.extensions;
   while (!rest.empty()) {
     const size_t end = std::min(rest.find(';'), rest.size());
@@ -56,16 +63,20 @@ bool KnowsExtension(const Codec& codec, std::string_view extension) {
 
 std::span<const Codec* const> AllCodecs() { return kCodecs; }
 
-const Codec* DetectCodec(ByteSource& source, const std::string& extension) {
+const Codec* DetectCodec(ByteSource& source, const std::string& extension, const Codec* after) {
   uint8_t head[512];
   const size_t count = source.ReadAt(0, head, sizeof head);
-  for (const Codec* codec : kCodecs) {
-    if (KnowsContent(*codec, {head, count}, source)) return codec;
-  }
-  if (extension.empty()) return nullptr;
-  for (const Codec* codec : kCodecs) {
-    // A signed format whose signature is not there is something else, whatever its name says.
-    if (codec->signatures.empty() && KnowsExtension(*codec, extension)) return codec;
+  bool passed = after == nullptr;
+  for (const bool byName : {false, true}) {
+    for (const Codec* codec : kCodecs) {
+      const bool known = KnowsContent(*codec, {head, count}, source);
+      // The name decides last, and for formats without a signature alone: a signed format whose signature is not there is
+      // something else, whatever the file is called.
+      const bool named = !known && codec->signatures.empty() && KnowsExtension(*codec, extension);
+      if (!(byName ? named : known)) continue;
+      if (passed) return codec;
+      passed = codec == after;
+    }
   }
   return nullptr;
 }

@@ -61,33 +61,38 @@ class RowSink {
 
  private:
   enum class Mode {
-    kDirect,   // rows are decoded into the bitmap
-    kConvert,  // rows are converted on their way
-    kAtEnd     // the bitmap is complete before it is converted and delivered
+    kDirect,  // the file's layout is the bitmap's
+    kConvert  // rows are converted on their way
   };
 
   void ChooseTarget(const ImageHeader& header);
   int32_t PrepareBitmap(const ImageHeader& header);
   int32_t AttachHeader(const ImageHeader& header);
-  uint8_t* BitmapRow(int32_t y) const;
-  int32_t Store(const uint8_t* source, int32_t y);
-  int32_t Deliver(bool all);
+  bool DecodesIntoBitmap() const;
+  ptrdiff_t TargetStride() const;
+  uint8_t* TargetRow(int32_t y);
+  int32_t RowStored();
+  int32_t Deliver();
+  int32_t FinishLate();
 
   SinkRequest request_;
   RowOrder rowOrder_ = RowOrder::kFromTop;
   Mode mode_ = Mode::kDirect;
+  bool begun_ = false;
+  bool stored_ = true;               // rows stay in the bitmap
+  bool late_ = false;                // the whole image is turned or converted before it is delivered
   Layout source_ = Layout::kBgr24;
-  Layout target_ = Layout::kBgr24;     // of the bitmap while rows come in
-  int32_t finalBits_ = 0;              // kAtEnd: depth and order to convert to
+  Layout target_ = Layout::kBgr24;   // of the bitmap while rows come in
+  int32_t finalBits_ = 0;            // depth and order at the end, when late
   int32_t finalOrder_ = ORDER_BGR;
   int32_t width_ = 0;
   int32_t height_ = 0;
   int32_t committed_ = 0;
   int32_t delivered_ = 0;
   RowConverter converter_;
-  std::vector<uint8_t> scratch_;       // rows of the source layout: a batch, or the image with RowOrder::kAny
+  std::vector<uint8_t> scratch_;     // rows of the source layout: a batch, or the image with RowOrder::kAny
   size_t scratchStride_ = 0;
-  std::vector<uint8_t> window_;        // converted rows when they are not stored: a batch
+  std::vector<uint8_t> window_;      // converted rows when they are not stored: a batch
 };
 
 }  // namespace zvfile

@@ -43,24 +43,29 @@ class RowSource {
   int32_t ReadAll(uint8_t* destination, size_t stride);
 
  private:
-  bool Fetch();
-  int32_t Gather();
+  int32_t Gather(Layout layout);
   int32_t Quantize(Layout target);
+  const uint8_t* StoredRow(int32_t y);
+  const uint8_t* ScratchRow(int32_t y) const;
+  bool ReportRow(int32_t y);
 
   BITMAPHANDLE* bitmap_;
   FILESAVECALLBACK callback_;
   void* userData_;
   BITMAPHANDLE scratch_;               // upright or quantized copy; owns pixels when used
-  Layout stored_;                      // of the rows that are fetched
+  Layout stored_;                      // of the bitmap's rows
+  Layout rowLayout_ = Layout::kBgr24;  // of the rows before the last conversion: stored_, or the scratch bitmap's
+  Palette rowPalette_;
   Layout layout_ = Layout::kBgr24;     // promised to the encoder
-  Palette storedPalette_;
   Palette palette_;
+  int32_t perspective_ = VIEW_TOP_LEFT;
   int32_t width_ = 0;
   int32_t height_ = 0;
   int32_t next_ = 0;                   // row that Next gives
   int32_t error_ = SUCCESS;
   RowConverter converter_;
   std::vector<uint8_t> batch_;         // rows from the callback
+  int32_t batchStride_ = 0;
   int32_t batchFirst_ = 0;
   int32_t batchCount_ = 0;
   std::vector<uint8_t> converted_;     // one row

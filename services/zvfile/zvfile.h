@@ -55,8 +55,8 @@ ZVFILE_API int32_t LoadBitmapFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint
  * ERROR_NO_STAMP when there is none. Costs a small fraction of a full load. */
 ZVFILE_API int32_t ReadFileStamp(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordSize,
                                  const LOADFILEOPTION* option);
-/* Reads comment `number` (COMMENT_... ) as 8-bit text into buffer, cut to size bytes with its terminator. Gives the length
- * of the whole comment with its terminator, or a code below 1 when it is absent. */
+/* Reads comment `number` (COMMENT_...) as text in the system's 8-bit code page into buffer, cut to size bytes with its
+ * terminator. Gives the length of the whole comment with its terminator, or a code below 1 when it is absent. */
 ZVFILE_API int32_t ReadFileComment(const ZVCHAR* path, int32_t number, char* buffer, int32_t size,
                                    const LOADFILEOPTION* option);
 #define COMMENT_DESCRIPTION 0
@@ -67,13 +67,23 @@ ZVFILE_API int32_t ReadFileComment(const ZVCHAR* path, int32_t number, char* buf
 #define COMMENT_MAKE 5
 #define COMMENT_MODEL 6
 #define COMMENT_TITLE 7
-#define COMMENT_COUNT 8
+#define COMMENT_COMMENT 8
+#define COMMENT_SOURCE 9
+#define COMMENT_DISCLAIMER 10
+#define COMMENT_WARNING 11
+#define COMMENT_COUNT 12
+/* The numbers under which PNG has been asked for its own keywords; the same texts as above. */
+#define COMMENT_PNG_TITLE 175
+#define COMMENT_PNG_WARNING 176
+#define COMMENT_PNG_DISCLAIMER 177
+#define COMMENT_PNG_COMMENT 178
 
 /* Deletes a page of a multi-page file, atomically. ERROR_PAGE_MISSING, ERROR_FEATURE_UNSUPPORTED when the format has no
  * pages or this is the last one. */
 ZVFILE_API int32_t DeleteFilePage(const ZVCHAR* path, int32_t page, uint32_t flags, const SAVEFILEOPTION* option);
 /* Writes a bitmap, asking for its rows through the callback (null: rows are taken from the bitmap). bitsPerPixel 0 keeps the
- * bitmap's depth, else the rows are converted on the way; ERROR_BIT_DEPTH when the format cannot hold it. The picture is
+ * bitmap's depth, or the nearest that the format can hold; else the rows are converted on the way, and ERROR_BIT_DEPTH
+ * is the answer when the format cannot hold that depth. The picture is
  * written upright: the view perspective is applied. quality is the format's own: JPEG family and CMP 2 (best) to 255, PNG 0
  * to 9, others see the format table. */
 ZVFILE_API int32_t SaveFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, int32_t format, int32_t bitsPerPixel,
