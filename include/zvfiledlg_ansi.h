@@ -55,10 +55,8 @@ typedef struct tagFILEINFOA {
   uint8_t reserved596[16];
   uint8_t reserved612[1024];  /*  612 */
   uint64_t filePosition;      /* 1636 */
-  uint8_t reserved1644[4];    /* 1644 */
-  uint8_t reserved1648[8];    /* 1648 */
-  int32_t rasterizable;       /* 1656 */
-  uint8_t reserved1660[20];
+  uint8_t reserved1644[12];   /* 1644 */
+  uint8_t reserved1656[24];   /* 1656 */
 } FILEINFOA;
 static_assert(sizeof(FILEINFOA) == 1680, "wire format");
 ZV_WIRE_FIELD(FILEINFOA, name, 8);
@@ -72,7 +70,6 @@ ZV_WIRE_FIELD(FILEINFOA, viewPerspective, 568);
 ZV_WIRE_FIELD(FILEINFOA, reserved612, 612);
 ZV_WIRE_FIELD(FILEINFOA, filePosition, 1636);
 ZV_WIRE_FIELD(FILEINFOA, reserved1644, 1644);
-ZV_WIRE_FIELD(FILEINFOA, reserved1648, 1648);
 
 /* The load options that hold a face name. */
 typedef struct tagVECTORFORMATOPTIONA {

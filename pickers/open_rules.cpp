@@ -90,3 +90,8 @@ std::vector<std::wstring> ParseQuotedSelection(const std::wstring& text) {
   }
   return files;
 }
+
+bool IsOldStyleShell(DWORD majorVersion, DWORD minorVersion) {
+  const bool isVersion51 = majorVersion == 5 && minorVersion == 1;
+  return !isVersion51 && majorVersion != 6;
+}

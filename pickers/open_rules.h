@@ -26,3 +26,6 @@ std::wstring DefaultExtension(const wchar_t* filter, uint32_t filterIndex, const
 std::vector<std::wstring> ParseSelectionList(const wchar_t* list);
 // A folder and quoted names, separated by blanks; without a quotation mark all of it is one file.
 std::vector<std::wstring> ParseQuotedSelection(const std::wstring& text);
+
+// Systems whose shell brings no places bar of the right kind: neither 5.1 nor any of major version 6.
+bool IsOldStyleShell(DWORD majorVersion, DWORD minorVersion);

@@ -1,0 +1,13 @@
+// The 8-bit forms of what the open dialog says of each file.
+#pragma once
+
+#include <cstdint>
+
+#include "include/zvfiledlg_ansi.h"
+
+void ConvertFileInfo(const FILEINFO& wide, FILEINFOA& ansi);
+
+// Fills an entry from a wide one. Bitmap, thumbnail and load options without text pass over; file information and load
+// options with a face name become new blocks of the core module, and their wide forms are freed. What memory does not
+// suffice for stays null.
+void ConvertFileData(OPENDLGFILEDATA& wide, OPENDLGFILEDATAA& ansi);

@@ -1,0 +1,25 @@
+// What the pickers do to the platform's file dialog around them: its control ids, and small steps on its controls. `outer`
+// is the platform's dialog; a control that a version of the system lacks is left out of every step.
+#pragma once
+
+#include "platform/cstring.h"
+#include "platform/win32.h"
+
+// The platform's own controls.
+inline constexpr int kShellHelp = 1038;
+inline constexpr int kShellTypeLabel = 1089;
+inline constexpr int kShellNameLabel = 1090;
+inline constexpr int kShellLookInLabel = 1091;
+inline constexpr int kShellList = 1120;
+inline constexpr int kShellTypeCombo = 1136;
+inline constexpr int kShellNameCombo = 1148;
+
+// The name box: a combo box where the system remembers names, an edit (1152) where it does not.
+HWND FileNameBox(HWND outer);
+// Null when there is no such control.
+RECT RectInside(HWND outer, HWND control);
+void MoveInside(HWND control, const RECT& rect);
+// Sets the kernel's text of that id; an unknown one gives an empty text.
+void SetControlString(HWND outer, int id, UINT stringId);
+// Gives every child, at any depth, the dialog font of the kernel, if it has one.
+void ApplyDialogFont(HWND outer);
