@@ -44,7 +44,8 @@ void ReversePixels(const uint8_t* in, int64_t pixels, uint8_t* out) {
   for (int64_t x = 0; x < pixels; ++x, from -= bytes, out += bytes) std::memcpy(out, from, bytes);
 }
 
-__m128i ReverseVector(__m128i value, int pixelBytes) {
+template <int pixelBytes>
+__m128i ReverseVector(__m128i value) {
   value = _mm_shuffle_epi32(value, pixelBytes == 8 ? 0x4E : 0x1B);
   if (pixelBytes <= 2) value = _mm_shufflehi_epi16(_mm_shufflelo_epi16(value, 0xB1), 0xB1);
   if (pixelBytes == 1) value = _mm_or_si128(_mm_slli_epi16(value, 8), _mm_srli_epi16(value, 8));
@@ -57,7 +58,7 @@ void ReverseVectors(const uint8_t* in, int64_t pixels, uint8_t* out) {
   int64_t left = pixels;
   for (; left >= kAtOnce; left -= kAtOnce, out += 16) {
     const __m128i value = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + (left - kAtOnce) * pixelBytes));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), ReverseVector(value, pixelBytes));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), ReverseVector<pixelBytes>(value));
   }
   ReversePixels<pixelBytes>(in, left, out);
 }
