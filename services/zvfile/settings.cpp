@@ -72,7 +72,8 @@ XPSLOADOPTION DefaultXps() {
 
 VECTORPENOPTION DefaultPens() {
   VECTORPENOPTION option = Tagged<VECTORPENOPTION>();
-  std::fill(std::begin(option.width), std::end(option.width), 1);
+  // By index: the record is packed, so no reference may be bound to its fields.
+  for (size_t pen = 0; pen < std::size(option.width); ++pen) option.width[pen] = 1;
   return option;
 }
 
