@@ -4,8 +4,8 @@
 //   zvconvert_samples DESTINATION FILE...
 //
 // Every file is converted to PNG and to JPEG. The exit code is 0 when each run wrote as many files as it was given.
-#include <windows.h>
 #include <shellapi.h>
+#include <windows.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -43,16 +43,17 @@ bool ConvertTo(const std::wstring& format, const std::filesystem::path& destinat
   size_t rows = 0;
   double milliseconds = 0;
   zvtest::ParentWindow parent;
-  const int32_t result = zvtest::DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); }, [&] {
-    const HWND dialog = zvtest::WaitForConversionDialog();
-    rows = size_t(zvtest::ListViewCount(dialog, 5308));
-    zvtest::SaveScreenshot(dialog, L"conversion_" + format);
-    if (zvtest::ChooseOutput(dialog, {format, 0, L""})) {
-      zvtest::SetDestination(dialog, destination);
-      milliseconds = zvtest::Convert(dialog, kPatience);
-    }
-    zvtest::CloseConversionDialog(dialog);
-  });
+  const int32_t result = zvtest::DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); },
+                                             [&] {
+                                               const HWND dialog = zvtest::WaitForConversionDialog();
+                                               rows = size_t(zvtest::ListViewCount(dialog, 5308));
+                                               zvtest::SaveScreenshot(dialog, L"conversion_" + format);
+                                               if (zvtest::ChooseOutput(dialog, {format, 0, L""})) {
+                                                 zvtest::SetDestination(dialog, destination);
+                                                 milliseconds = zvtest::Convert(dialog, kPatience);
+                                               }
+                                               zvtest::CloseConversionDialog(dialog);
+                                             });
   const size_t written = CountFiles(destination);
   std::printf("%ls: %zu files of the list, %zu written to %ls in %.1f s\n", format.c_str(), rows, written,
               destination.c_str(), milliseconds / 1000);

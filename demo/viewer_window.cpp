@@ -29,8 +29,8 @@ bool ViewerWindow::Create(int showCommand) {
   CreateWindowExW(WS_EX_ACCEPTFILES, kWindowClass, kTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
                   CW_USEDEFAULT, 960, 720, nullptr, nullptr, instance_, this);
   if (!window_) return false;
-  status_ = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, window_, nullptr,
-                            instance_, nullptr);
+  status_ = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, window_,
+                            nullptr, instance_, nullptr);
   ShowWindow(window_, showCommand);
   UpdateTexts();
   return true;
@@ -63,37 +63,17 @@ LRESULT CALLBACK ViewerWindow::WindowProcedure(HWND window, UINT message, WPARAM
 
 LRESULT ViewerWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_SIZE:
-      OnSize();
-      return 0;
-    case WM_PAINT:
-      OnPaint();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;  // the paint step fills what the picture does not cover
-    case WM_DROPFILES:
-      OnDropFiles(reinterpret_cast<HDROP>(wParam));
-      return 0;
-    case WM_INITMENUPOPUP:
-      OnInitMenu(GetMenu(window_));
-      return 0;
-    case WM_COMMAND:
-      OnCommand(LOWORD(wParam));
-      return 0;
-    case WM_HSCROLL:
-      OnScroll(SB_HORZ, LOWORD(wParam));
-      return 0;
-    case WM_VSCROLL:
-      OnScroll(SB_VERT, LOWORD(wParam));
-      return 0;
-    case WM_MOUSEWHEEL:
-      OnMouseWheel(GET_WHEEL_DELTA_WPARAM(wParam));
-      return 0;
-    case WM_DESTROY:
-      PostQuitMessage(0);
-      return 0;
-    default:
-      return DefWindowProcW(window_, message, wParam, lParam);
+    case WM_SIZE: OnSize(); return 0;
+    case WM_PAINT: OnPaint(); return 0;
+    case WM_ERASEBKGND: return 1;  // the paint step fills what the picture does not cover
+    case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
+    case WM_INITMENUPOPUP: OnInitMenu(GetMenu(window_)); return 0;
+    case WM_COMMAND: OnCommand(LOWORD(wParam)); return 0;
+    case WM_HSCROLL: OnScroll(SB_HORZ, LOWORD(wParam)); return 0;
+    case WM_VSCROLL: OnScroll(SB_VERT, LOWORD(wParam)); return 0;
+    case WM_MOUSEWHEEL: OnMouseWheel(GET_WHEEL_DELTA_WPARAM(wParam)); return 0;
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    default: return DefWindowProcW(window_, message, wParam, lParam);
   }
 }
 
@@ -163,25 +143,16 @@ void ViewerWindow::OnInitMenu(HMENU menu) {
 void ViewerWindow::OnCommand(int id) {
   if (OnDialogCommand(id)) return;
   switch (id) {
-    case ID_FILE_EXIT:
-      DestroyWindow(window_);
-      break;
-    case ID_VIEW_NEXT_PAGE:
-      TurnPage(1);
-      break;
-    case ID_VIEW_PREVIOUS_PAGE:
-      TurnPage(-1);
-      break;
+    case ID_FILE_EXIT: DestroyWindow(window_); break;
+    case ID_VIEW_NEXT_PAGE: TurnPage(1); break;
+    case ID_VIEW_PREVIOUS_PAGE: TurnPage(-1); break;
     case ID_VIEW_FIT:
-    case ID_VIEW_ACTUAL_SIZE:
-      SetFit(id == ID_VIEW_FIT);
-      break;
+    case ID_VIEW_ACTUAL_SIZE: SetFit(id == ID_VIEW_FIT); break;
     case ID_HELP_ABOUT:
       MessageBoxW(window_, L"A small image viewer that calls every entry of the Zorvane file dialogs.", kTitle,
                   MB_OK | MB_ICONINFORMATION);
       break;
-    default:
-      break;
+    default: break;
   }
 }
 
@@ -212,7 +183,8 @@ void ViewerWindow::UpdateScrollBars() {
   const SIZE size = fit_ ? SIZE{0, 0} : picture_.Size();
   const auto set = [this](int bar, int content, int page, LONG& position) {
     position = std::clamp<LONG>(position, 0, std::max(0, content - page));
-    SCROLLINFO info{sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 0, std::max(0, content - 1), UINT(page), int(position), 0};
+    SCROLLINFO info{
+        sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 0, std::max(0, content - 1), UINT(page), int(position), 0};
     SetScrollInfo(window_, bar, &info, TRUE);
   };
   set(SB_HORZ, size.cx, view.right, scroll_.x);
@@ -224,23 +196,12 @@ void ViewerWindow::OnScroll(int bar, int code) {
   GetScrollInfo(window_, bar, &info);
   LONG& position = bar == SB_HORZ ? scroll_.x : scroll_.y;
   switch (code) {
-    case SB_LINEUP:
-      position -= kLineStep;
-      break;
-    case SB_LINEDOWN:
-      position += kLineStep;
-      break;
-    case SB_PAGEUP:
-      position -= LONG(info.nPage);
-      break;
-    case SB_PAGEDOWN:
-      position += LONG(info.nPage);
-      break;
-    case SB_THUMBTRACK:
-      position = info.nTrackPos;
-      break;
-    default:
-      return;
+    case SB_LINEUP: position -= kLineStep; break;
+    case SB_LINEDOWN: position += kLineStep; break;
+    case SB_PAGEUP: position -= LONG(info.nPage); break;
+    case SB_PAGEDOWN: position += LONG(info.nPage); break;
+    case SB_THUMBTRACK: position = info.nTrackPos; break;
+    default: return;
   }
   UpdateScrollBars();
   InvalidateRect(window_, nullptr, FALSE);

@@ -7,10 +7,10 @@
 //
 // LIST is a text file of paths, one a line, UTF-8; FORMAT and SUBTYPE are beginnings of the names in the dialog's lists ("-"
 // keeps the dialog's choice); PERCENT 100 does not resize.
-#include <windows.h>
 #include <objbase.h>
 #include <psapi.h>
 #include <shellapi.h>
+#include <windows.h>
 
 #include <algorithm>
 #include <chrono>
@@ -57,8 +57,8 @@ void Print(double seconds, size_t files, uint64_t bytes) {
   PROCESS_MEMORY_COUNTERS memory{};
   memory.cb = sizeof memory;
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
-  std::printf("seconds=%.3f files=%zu bytes=%llu peak_mb=%.1f\n", seconds, files, static_cast<unsigned long long>(bytes),
-              double(memory.PeakWorkingSetSize) / (1 << 20));
+  std::printf("seconds=%.3f files=%zu bytes=%llu peak_mb=%.1f\n", seconds, files,
+              static_cast<unsigned long long>(bytes), double(memory.PeakWorkingSetSize) / (1 << 20));
 }
 
 int RunDialog(const Arguments& arguments) {
@@ -77,17 +77,18 @@ int RunDialog(const Arguments& arguments) {
 
   double seconds = -1;
   zvtest::ParentWindow parent;
-  zvtest::DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); }, [&] {
-    const HWND dialog = zvtest::WaitForConversionDialog();
-    const std::wstring subtype = arguments[4] == L"-" ? L"" : arguments[4];
-    if (!zvtest::ChooseOutput(dialog, {arguments[2], std::stoi(arguments[3]), subtype}))
-      throw std::runtime_error("the dialog does not offer that format, depth and sub type");
-    zvtest::SetDestination(dialog, arguments[1]);
-    const int percent = std::stoi(arguments[5]);
-    if (percent != 100) zvtest::SetResizePercent(dialog, percent);
-    seconds = zvtest::Convert(dialog, kPatience) / 1000;
-    zvtest::CloseConversionDialog(dialog);
-  });
+  zvtest::DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); },
+                      [&] {
+                        const HWND dialog = zvtest::WaitForConversionDialog();
+                        const std::wstring subtype = arguments[4] == L"-" ? L"" : arguments[4];
+                        if (!zvtest::ChooseOutput(dialog, {arguments[2], std::stoi(arguments[3]), subtype}))
+                          throw std::runtime_error("the dialog does not offer that format, depth and sub type");
+                        zvtest::SetDestination(dialog, arguments[1]);
+                        const int percent = std::stoi(arguments[5]);
+                        if (percent != 100) zvtest::SetResizePercent(dialog, percent);
+                        seconds = zvtest::Convert(dialog, kPatience) / 1000;
+                        zvtest::CloseConversionDialog(dialog);
+                      });
   if (seconds < 0) return 1;
   Print(seconds, paths.size(), BytesIn(arguments[1]));
   return 0;
@@ -97,7 +98,8 @@ bool ConvertBare(const std::wstring& path, const std::filesystem::path& target, 
                  int percent) {
   BITMAPHANDLE bitmap{};
   bitmap.uStructSize = sizeof bitmap;
-  if (LoadBitmapFile(path.c_str(), &bitmap, sizeof bitmap, 0, ORDER_BGR_OR_GRAY, nullptr, nullptr) != SUCCESS) return false;
+  if (LoadBitmapFile(path.c_str(), &bitmap, sizeof bitmap, 0, ORDER_BGR_OR_GRAY, nullptr, nullptr) != SUCCESS)
+    return false;
   int32_t result = SUCCESS;
   if (percent != 100)
     result = SizeBitmap(&bitmap, MulDiv(bitmap.width, percent, 100), MulDiv(bitmap.height, percent, 100), SIZE_BICUBIC);
@@ -131,21 +133,23 @@ int RunAdd(const Arguments& arguments) {
   double seconds = -1;
   size_t rows = 0;
   zvtest::ParentWindow parent;
-  zvtest::DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); }, [&] {
-    const HWND dialog = zvtest::WaitForConversionDialog();
-    zvtest::Click(dialog, IDB_CONV_ADD_FOLDER);
-    HWND browser = nullptr;
-    zvtest::WaitUntil([&] { return (browser = GetLastActivePopup(dialog)) != dialog && IsWindowVisible(browser); },
-                      "the folder browser");
-    const Stopwatch watch;
-    zvtest::Click(browser, IDOK);
-    const HWND progress = zvtest::WaitForDialogWith(IDP_CONV_ADD);
-    if (!zvtest::HoldsWithin(kPatience, [progress] { return !IsWindow(progress); }))
-      throw zvtest::DriverTimeout("the folder was not added");
-    seconds = watch.Seconds();
-    rows = size_t(zvtest::ListViewCount(dialog, IDL_CONV_FILES));
-    zvtest::CloseConversionDialog(dialog);
-  });
+  zvtest::DriveDialog(
+      [&] { return Z_DlgFileConversion(parent.hwnd(), &params); },
+      [&] {
+        const HWND dialog = zvtest::WaitForConversionDialog();
+        zvtest::Click(dialog, IDB_CONV_ADD_FOLDER);
+        HWND browser = nullptr;
+        zvtest::WaitUntil([&] { return (browser = GetLastActivePopup(dialog)) != dialog && IsWindowVisible(browser); },
+                          "the folder browser");
+        const Stopwatch watch;
+        zvtest::Click(browser, IDOK);
+        const HWND progress = zvtest::WaitForDialogWith(IDP_CONV_ADD);
+        if (!zvtest::HoldsWithin(kPatience, [progress] { return !IsWindow(progress); }))
+          throw zvtest::DriverTimeout("the folder was not added");
+        seconds = watch.Seconds();
+        rows = size_t(zvtest::ListViewCount(dialog, IDL_CONV_FILES));
+        zvtest::CloseConversionDialog(dialog);
+      });
   if (seconds < 0) return 1;
   Print(seconds, rows, BytesIn(arguments[0]));
   return 0;

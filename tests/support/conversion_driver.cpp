@@ -49,7 +49,8 @@ HWND WaitForConversionDialog() { return WaitForDialogWith(IDL_CONV_FORMATS); }
 bool ChooseOutput(HWND dialog, const OutputChoice& choice) {
   if (ListViewCount(dialog, IDL_CONV_FILES) > 1) Click(dialog, IDB_CONV_SELECT_ALL);
   if (!SelectFormat(dialog, choice.format)) return false;
-  if (choice.bitsPerPixel > 0 && !SelectComboItem(dialog, IDC_CONV_BPP, std::to_wstring(choice.bitsPerPixel))) return false;
+  if (choice.bitsPerPixel > 0 && !SelectComboItem(dialog, IDC_CONV_BPP, std::to_wstring(choice.bitsPerPixel)))
+    return false;
   return choice.subtype.empty() || SelectComboItem(dialog, IDC_CONV_SUBTYPE, choice.subtype);
 }
 
