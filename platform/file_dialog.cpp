@@ -104,27 +104,14 @@ BOOL CFileDialog::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result) {
 
 LRESULT CFileDialog::HandleNotification(const OFNOTIFY& notification) {
   switch (notification.hdr.code) {
-    case CDN_INITDONE:
-      OnInitDone();
-      return 0;
-    case CDN_SELCHANGE:
-      OnFileNameChange();
-      return 0;
-    case CDN_FOLDERCHANGE:
-      OnFolderChange();
-      return 0;
-    case CDN_TYPECHANGE:
-      OnTypeChange();
-      return 0;
-    case CDN_HELP:
-      SendMessage(WM_COMMAND, ID_HELP);
-      return 0;
-    case CDN_FILEOK:
-      return OnFileNameOK();
-    case CDN_SHAREVIOLATION:
-      return static_cast<LRESULT>(OnShareViolation(notification.pszFile));
-    default:
-      return 0;
+    case CDN_INITDONE: OnInitDone(); return 0;
+    case CDN_SELCHANGE: OnFileNameChange(); return 0;
+    case CDN_FOLDERCHANGE: OnFolderChange(); return 0;
+    case CDN_TYPECHANGE: OnTypeChange(); return 0;
+    case CDN_HELP: SendMessage(WM_COMMAND, ID_HELP); return 0;
+    case CDN_FILEOK: return OnFileNameOK();
+    case CDN_SHAREVIOLATION: return static_cast<LRESULT>(OnShareViolation(notification.pszFile));
+    default: return 0;
   }
 }
 

@@ -27,31 +27,25 @@ HWND NotifyingChild(HWND parent, UINT message, WPARAM wParam, LPARAM lParam) {
       return reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)->CtlType == ODT_MENU
                  ? nullptr
                  : ::GetDlgItem(parent, static_cast<int>(wParam));
-    case WM_COMPAREITEM:
-      return reinterpret_cast<COMPAREITEMSTRUCT*>(lParam)->hwndItem;
-    case WM_DELETEITEM:
-      return reinterpret_cast<DELETEITEMSTRUCT*>(lParam)->hwndItem;
+    case WM_COMPAREITEM: return reinterpret_cast<COMPAREITEMSTRUCT*>(lParam)->hwndItem;
+    case WM_DELETEITEM: return reinterpret_cast<DELETEITEMSTRUCT*>(lParam)->hwndItem;
     case WM_HSCROLL:
     case WM_VSCROLL:
     case WM_VKEYTOITEM:
-    case WM_CHARTOITEM:
-      return reinterpret_cast<HWND>(lParam);
-    default:
-      return MapMessage(message) == kAnyCtlColor ? reinterpret_cast<HWND>(lParam) : nullptr;
+    case WM_CHARTOITEM: return reinterpret_cast<HWND>(lParam);
+    default: return MapMessage(message) == kAnyCtlColor ? reinterpret_cast<HWND>(lParam) : nullptr;
   }
 }
 
 // The result that does least harm for a message whose handler failed.
 LRESULT ResultAfterFailure(HWND window, UINT message) {
   switch (message) {
-    case WM_CREATE:
-      return -1;
+    case WM_CREATE: return -1;
     case WM_PAINT:
       // An area left invalid would bring the same message, and the same failure, again and again.
       ::ValidateRect(window, nullptr);
       return 0;
-    default:
-      return 0;
+    default: return 0;
   }
 }
 
