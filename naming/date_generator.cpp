@@ -11,7 +11,8 @@ CString FormatLocalTime(std::time_t moment, const CString& format) {
   }
   wchar_t text[128];
   const size_t length = std::wcsftime(text, std::size(text), format, &local);
-  return CString(text, static_cast<int>(length));
+  // Some run-time libraries report the full room instead of 0 for a text that leaves none for its terminator.
+  return length < std::size(text) ? CString(text, static_cast<int>(length)) : CString();
 }
 
 CString CZVDateGenerator::Generate() const {
