@@ -7,6 +7,7 @@
 
 #include "platform/controls.h"
 #include "platform/unique_handle.h"
+#include "services/zvdlgwidgets/argb_image.h"
 #include "services/zvdlgwidgets/notifications.h"
 
 // SetStyleEx bits.
@@ -21,8 +22,8 @@ class CZVBitmapButton : public CButton {
   // Bitmap resources of this module; the disabled one may be 0. False when the picture is not there.
   bool LoadBitmap(UINT bitmapId, UINT disabledBitmapId = 0);
   bool LoadDisabledBitmap(UINT bitmapId);
-  // Takes a picture over.
-  void SetPicture(unique_hbitmap picture);
+  // Copies the picture.
+  void SetPicture(HBITMAP picture);
 
   // Distance of the picture from its place in the middle, in pixels at 96 dpi; the default is (0, 0).
   void SetImageOffset(CPoint offset);
@@ -36,24 +37,17 @@ class CZVBitmapButton : public CButton {
 
  protected:
   void PreSubclassWindow() override;
+  void DrawItem(LPDRAWITEMSTRUCT item) override;
   LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  struct Picture {
-    unique_hbitmap bitmap;
-    CSize size;
-    int builtForDpi = 0;
-  };
-
-  void Paint();
-  void DrawFrame(HDC device, const CRect& client, bool pressed) const;
-  void DrawPicture(HDC device, CRect area, bool enabled);
-  void DrawDropdown(HDC device, const CRect& area, bool enabled) const;
+  ArgbImage PictureFor(HDC device, bool isEnabled) const;
+  void DrawContent(HDC device, CRect area, bool isEnabled) const;
+  void FollowMouse(UINT message);
   void UpdateToolTip();
-  bool TrackHover(UINT message, WPARAM wParam, LPARAM lParam);
 
-  unique_hbitmap picture_;
-  unique_hbitmap disabledPicture_;
+  ArgbImage picture_;
+  ArgbImage disabledPicture_;
   CPoint imageOffset_;
   UINT styleEx_ = 0;
   bool drawSeparator_ = true;

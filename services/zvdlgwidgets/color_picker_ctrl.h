@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/controls.h"
+#include "platform/message_map.h"
 #include "services/zvdlgcommon/help_callback.h"
 #include "services/zvdlgwidgets/notifications.h"
 
@@ -19,14 +20,21 @@ class CZVColorPickerCtrl : public CButton {
 
  protected:
   void PreSubclassWindow() override;
+  void DrawItem(LPDRAWITEMSTRUCT item) override;
   LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+  afx_msg BOOL OnClicked();
+
+  DECLARE_MESSAGE_MAP()
 
  private:
-  void Paint();
+  static UINT_PTR CALLBACK DialogHook(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
   void PickColor();
+  void ShowHelp() const;
+  void PlaceDialog(HWND dialog) const;
 
   COLORREF color_ = RGB(0, 0, 0);
   HELPCALLBACK helpCallback_ = nullptr;
   void* helpUserData_ = nullptr;
   UINT helpDialogNumber_ = 0;
+  bool isDefault_ = false;
 };

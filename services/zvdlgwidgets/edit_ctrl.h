@@ -1,9 +1,11 @@
 // CZVEditCtrl: an edit box that can be limited to numbers. Keys and pasted text that could not become a number are refused
 // with a beep; the range of a value is the dialog's business. Unlimited at first. Sends ZVEN_VALUECOMMITTED when the focus
-// leaves the box or Enter is pressed after a change, besides the edit's own notifications.
+// leaves the box or Enter is pressed after a change, besides the edit's own notifications; Enter goes on to the dialog.
 #pragma once
 
 #include "platform/controls.h"
+#include "platform/message_map.h"
+#include "platform/message_map.h"
 #include "services/zvdlgwidgets/notifications.h"
 #include "services/zvdlgwidgets/number_text.h"
 
@@ -23,9 +25,8 @@ class CZVEditCtrl : public CEdit {
   void SetValue(double value);
 
  protected:
+  BOOL PreTranslateMessage(MSG* message) override;
   afx_msg void OnChar(UINT character, UINT repeat, UINT flags);
-  afx_msg void OnKeyDown(UINT key, UINT repeat, UINT flags);
-  afx_msg UINT OnGetDlgCode();
   afx_msg LRESULT OnPaste(WPARAM, LPARAM);
   afx_msg void OnSetFocus(CWnd* previous);
   afx_msg void OnKillFocus(CWnd* next);
@@ -33,7 +34,7 @@ class CZVEditCtrl : public CEdit {
   DECLARE_MESSAGE_MAP()
 
  private:
-  CString TextWith(const CString& inserted) const;
+  CString Text() const;
   bool AcceptsInsertion(const CString& inserted) const;
   void CommitValue();
 

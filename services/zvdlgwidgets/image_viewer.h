@@ -3,8 +3,9 @@
 // when the pane's size changes. The pane is no tab stop and takes no input.
 #pragma once
 
-#include "platform/wnd.h"
+#include "platform/message_map.h"
 #include "platform/unique_handle.h"
+#include "platform/wnd.h"
 #include "services/zvdlgutil/bitmap.h"
 
 class CZVImageViewer : public CWnd {

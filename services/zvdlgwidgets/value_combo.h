@@ -42,6 +42,8 @@ class CZVValueCombo : public CWnd {
   void PreSubclassWindow() override;
 
  private:
+  void GiveSettings() const;
+
   int minimum_;
   int maximum_;
   int value_;
