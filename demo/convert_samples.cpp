@@ -4,8 +4,8 @@
 //   zvconvert_samples DESTINATION FILE...
 //
 // Every file is converted to PNG and to JPEG. The exit code is 0 when each run wrote as many files as it was given.
-#include <shellapi.h>
 #include <windows.h>
+#include <shellapi.h>
 
 #include <cstdio>
 #include <filesystem>

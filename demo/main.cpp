@@ -1,7 +1,7 @@
+#include <windows.h>
 #include <commctrl.h>
 #include <ole2.h>
 #include <shellapi.h>
-#include <windows.h>
 
 #include "demo/demo_ids.h"
 #include "demo/viewer_window.h"

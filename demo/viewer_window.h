@@ -3,8 +3,8 @@
 #ifndef ZV_DEMO_VIEWER_WINDOW_H
 #define ZV_DEMO_VIEWER_WINDOW_H
 
-#include <shellapi.h>
 #include <windows.h>
+#include <shellapi.h>
 
 #include <string>
 

@@ -7,10 +7,10 @@
 //
 // LIST is a text file of paths, one a line, UTF-8; FORMAT and SUBTYPE are beginnings of the names in the dialog's lists ("-"
 // keeps the dialog's choice); PERCENT 100 does not resize.
+#include <windows.h>
 #include <objbase.h>
 #include <psapi.h>
 #include <shellapi.h>
-#include <windows.h>
 
 #include <algorithm>
 #include <chrono>
