@@ -116,6 +116,15 @@ class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
   void CheckDestinationFolder();
   void RejectFolder();
 
+  // The dialogs behind the buttons (file_conversion_dlg_tools.cpp).
+  void OnPageOptions();
+  void OnNamingTemplate();
+  void OnCustomize();
+  void OnResize();
+  void OnRotate();
+  void ChoosePages(int row, const std::vector<int32_t>& pages);
+  void ShowLogReport();
+
   // The run (file_conversion_dlg_run.cpp).
   void RunQueue(CONVERSIONRUNDATA& data);
   void RefreshRows();

@@ -6,6 +6,7 @@
 #include "conversion/control_state.h"
 #include "conversion/file_conversion_dlg.h"
 #include "conversion/folder_walk.h"
+#include "conversion/page_list.h"
 #include "include/zvfiledlg.h"
 #include "platform/afx.h"
 #include "resources/conversion_ids.h"
@@ -287,9 +288,7 @@ void CZVFileConversionDlg::OnRowRemoved(int32_t, int32_t* row, uint64_t userData
 void CZVFileConversionDlg::FreePageArray(int row) {
   CONVERSIONFILEOPTIONS options;
   if (fileList_.GetItemOptions(row, options) && options.pages) {
-    delete[] options.pages;
-    options.pages = nullptr;
-    options.pageCount = -1;
+    FreePages(options);
     fileList_.SetItemOptions(options, row);
   }
 }

@@ -30,6 +30,7 @@ void CZVFileConversionDlg::OnConvert() {
     OnNothingSelected();
   }
   log_.Copy(data.log);
+  ShowLogReport();
   RefreshRows();
   UpdatePageControls();
   UpdatePreview();

@@ -1,0 +1,312 @@
+// The file list of the batch conversion dialog: choosing, adding, removing, pages and preview.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "tests/dialogs/conversion_fixture.h"
+
+namespace {
+
+using namespace zvtest;
+
+class ConversionFiles : public ConversionDialog {
+ protected:
+  void AddThree() {
+    AddPicture(L"1.bmp");
+    AddPicture(L"2.bmp");
+    AddPicture(L"3.bmp");
+  }
+  void AddFourPages() { AddPicture(L"pages.tif", {40, 20, FMT_TIFF, 4}); }
+
+  static void Choose(HWND dialog, const std::vector<int>& rows) { SelectListViewRows(dialog, IDL_CONV_FILES, rows); }
+  static std::vector<int> Chosen(HWND dialog) { return SelectedListViewRows(dialog, IDL_CONV_FILES); }
+  static int Rows(HWND dialog) { return ListViewCount(dialog, IDL_CONV_FILES); }
+  static std::wstring Row(HWND dialog, int row) { return ListViewText(dialog, IDL_CONV_FILES, row, 0); }
+
+  // Whether the preview pane shows anything but its background.
+  static bool HasPicture(HWND dialog) {
+    const HWND pane = Control(dialog, IDV_CONV_PREVIEW);
+    const HDC device = ::GetDC(pane);
+    RECT client;
+    ::GetClientRect(pane, &client);
+    ::UpdateWindow(pane);
+    const COLORREF middle = ::GetPixel(device, client.right / 4, client.bottom / 2);
+    ::ReleaseDC(pane, device);
+    return middle == RGB(255, 0, 0);
+  }
+  static void WaitForPicture(HWND dialog, bool there) {
+    WaitUntil([=] { return HasPicture(dialog) == there; }, there ? "a picture in the preview" : "an empty preview");
+  }
+};
+
+TEST_F(ConversionFiles, TwoChosenFilesClearThePreview) {
+  AddThree();
+  RunAndClose([](HWND dialog) {
+    WaitForPicture(dialog, true);
+    Choose(dialog, {0, 2});
+    WaitForPicture(dialog, false);
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_PAGE_OPTIONS));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_REMOVE));
+    Choose(dialog, {1});
+    WaitForPicture(dialog, true);
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+  });
+}
+
+TEST_F(ConversionFiles, WithNothingChosenNothingCanBeConverted) {
+  AddThree();
+  RunAndClose([](HWND dialog) {
+    Choose(dialog, {});
+    WaitForPicture(dialog, false);
+    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_REMOVE, IDB_CONV_PAGE_OPTIONS, IDE_CONV_PAGE}) {
+      EXPECT_FALSE(IsEnabled(dialog, id)) << id;
+    }
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_SELECT_ALL));
+    Choose(dialog, {0});
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_REMOVE));
+  });
+}
+
+TEST_F(ConversionFiles, SelectAllChoosesEveryRow) {
+  AddThree();
+  RunAndClose([](HWND dialog) {
+    Click(dialog, IDB_CONV_SELECT_ALL);
+    WaitUntil([=] { return Chosen(dialog).size() == 3; }, "all rows chosen");
+    WaitForPicture(dialog, false);
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+  });
+}
+
+TEST_F(ConversionFiles, RemovingOneRowChoosesTheNext) {
+  AddThree();
+  RunAndClose([](HWND dialog) {
+    Choose(dialog, {1});
+    Click(dialog, IDB_CONV_REMOVE);
+    WaitUntil([=] { return Rows(dialog) == 2; }, "a row less");
+    EXPECT_EQ(L"3.bmp", Row(dialog, 1));
+    EXPECT_EQ(std::vector<int>{1}, Chosen(dialog));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+  });
+}
+
+TEST_F(ConversionFiles, RemovingSeveralRowsTakesExactlyThose) {
+  AddThree();
+  AddPicture(L"4.bmp");
+  RunAndClose([](HWND dialog) {
+    Choose(dialog, {0, 2, 3});
+    Click(dialog, IDB_CONV_REMOVE);
+    WaitUntil([=] { return Rows(dialog) == 1; }, "one row left");
+    EXPECT_EQ(L"2.bmp", Row(dialog, 0));
+    EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+  });
+}
+
+TEST_F(ConversionFiles, RemovingTheLastRowDisablesWhatFilesNeed) {
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    Click(dialog, IDB_CONV_REMOVE);
+    WaitUntil([=] { return Rows(dialog) == 0; }, "an empty list");
+    WaitForPicture(dialog, false);
+    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_SELECT_ALL, IDB_CONV_PAGE_OPTIONS, IDB_CONV_REMOVE,
+                         IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE, IDE_CONV_PAGE, IDB_CONV_PAGE_FORWARD}) {
+      EXPECT_FALSE(IsEnabled(dialog, id)) << id;
+    }
+  });
+}
+
+TEST_F(ConversionFiles, TheDeleteKeyRemoves) {
+  AddThree();
+  RunAndClose([](HWND dialog) {
+    PressKey(dialog, VK_DELETE);
+    WaitUntil([=] { return Rows(dialog) == 2; }, "a row less");
+    EXPECT_EQ(L"2.bmp", Row(dialog, 0));
+  });
+}
+
+TEST_F(ConversionFiles, FullPathRewritesTheRowsAndKeepsTheChoice) {
+  AddThree();
+  RunAndClose([this](HWND dialog) {
+    Choose(dialog, {1});
+    Check(dialog, IDX_CONV_FULL_PATH, true);
+    EXPECT_EQ(in.File(L"2.bmp"), Row(dialog, 1));
+    EXPECT_EQ(std::vector<int>{1}, Chosen(dialog));
+    Check(dialog, IDX_CONV_FULL_PATH, false);
+    EXPECT_EQ(L"2.bmp", Row(dialog, 1));
+  });
+}
+
+TEST_F(ConversionFiles, NamesOfAllScriptsShow) {
+  AddPicture(L"\x5BAB \xD83D\xDE00 e\x0301.x.bmp");
+  RunAndClose([](HWND dialog) { EXPECT_EQ(L"\x5BAB \xD83D\xDE00 e\x0301.x.bmp", Row(dialog, 0)); });
+}
+
+// --- Pages ---
+
+TEST_F(ConversionFiles, AFileOfOnePageHasNoPageControls) {
+  AddThree();
+  RunAndClose([](HWND dialog) {
+    EXPECT_EQ(L"1/1", TextOf(dialog, IDT_CONV_PAGE_OF));
+    EXPECT_FALSE(IsEnabled(dialog, IDE_CONV_PAGE));
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_PAGE_FORWARD));
+  });
+}
+
+TEST_F(ConversionFiles, PageButtonsStopAtBothEnds) {
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    EXPECT_EQ(L"1/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+    EXPECT_TRUE(IsEnabled(dialog, IDE_CONV_PAGE));
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_PAGE_BACK));
+    for (const wchar_t* text : {L"2/4", L"3/4", L"4/4"}) {
+      Click(dialog, IDB_CONV_PAGE_FORWARD);
+      WaitUntil([=] { return TextOf(dialog, IDT_CONV_PAGE_OF) == text; }, "the next page");
+    }
+    EXPECT_EQ(L"4", TextOf(dialog, IDE_CONV_PAGE));
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_PAGE_FORWARD));
+    Click(dialog, IDB_CONV_PAGE_BACK);
+    WaitUntil([=] { return TextOf(dialog, IDT_CONV_PAGE_OF) == L"3/4"; }, "the page before");
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_PAGE_FORWARD));
+  });
+}
+
+TEST_F(ConversionFiles, ATypedPageOutsideTheFileClearsThePreviewAndBothButtons) {
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    WaitForPicture(dialog, true);
+    SetText(dialog, IDE_CONV_PAGE, L"9");
+    WaitForPicture(dialog, false);
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_PAGE_BACK));
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_PAGE_FORWARD));
+    EXPECT_EQ(L"1/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+    SetText(dialog, IDE_CONV_PAGE, L"3");
+    WaitForPicture(dialog, true);
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_PAGE_BACK));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_PAGE_FORWARD));
+    EXPECT_EQ(L"3/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+  });
+}
+
+TEST_F(ConversionFiles, LeavingThePageEditBringsTheNumberBackIntoTheFile) {
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    const HWND edit = Control(dialog, IDE_CONV_PAGE);
+    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
+    ::SendMessageW(edit, EM_SETSEL, 0, -1);
+    ::SendMessageW(edit, WM_CHAR, L'9', 0);
+    EXPECT_EQ(L"9", TextOf(dialog, IDE_CONV_PAGE));
+    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(dialog, IDL_CONV_FILES)), TRUE);
+    WaitUntil([=] { return TextOf(dialog, IDE_CONV_PAGE) == L"4"; }, "the last page in the edit");
+    EXPECT_EQ(L"4/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+    WaitForPicture(dialog, true);
+  });
+}
+
+TEST_F(ConversionFiles, ThePageEditTakesDigitsAlone) {
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    const HWND edit = Control(dialog, IDE_CONV_PAGE);
+    ::SendMessageW(edit, EM_SETSEL, 0, -1);
+    ::SendMessageW(edit, WM_CHAR, L'x', 0);
+    ::SendMessageW(edit, WM_CHAR, L'-', 0);
+    EXPECT_EQ(L"1", TextOf(dialog, IDE_CONV_PAGE));
+  });
+}
+
+TEST_F(ConversionFiles, SeveralChosenFilesDisableThePageControls) {
+  AddFourPages();
+  AddPicture(L"2.bmp");
+  RunAndClose([](HWND dialog) {
+    EXPECT_TRUE(IsEnabled(dialog, IDE_CONV_PAGE));
+    Choose(dialog, {0, 1});
+    for (const int id : {IDE_CONV_PAGE, IDB_CONV_PAGE_BACK, IDB_CONV_PAGE_FORWARD}) {
+      EXPECT_FALSE(IsEnabled(dialog, id)) << id;
+    }
+    Choose(dialog, {0});
+    EXPECT_TRUE(IsEnabled(dialog, IDE_CONV_PAGE));
+  });
+}
+
+TEST_F(ConversionFiles, AFileThatCannotBeShownLeavesTheListWithAMessage) {
+  AddPicture(L"1.bmp");
+  const std::wstring broken = AddPicture(L"2.png", {400, 300, FMT_PNG});
+  RunAndClose([&](HWND dialog) {
+    const HANDLE file = ::CreateFileW(broken.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, file);
+    ::SetFilePointer(file, 60, nullptr, FILE_BEGIN);
+    ::SetEndOfFile(file);
+    ::CloseHandle(file);
+    Choose(dialog, {1});
+    const HWND box = WaitForMessageBox();
+    EXPECT_NE(std::wstring::npos, TextOf(box, 65535).find(broken));
+    Dismiss(box);
+    WaitUntil([=] { return Rows(dialog) == 1; }, "the row is gone");
+    WaitForPicture(dialog, false);
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_CONVERT));
+    EXPECT_EQ(L"1.bmp", Row(dialog, 0));
+  });
+}
+
+// --- Adding ---
+
+TEST_F(ConversionFiles, AddFolderTakesTheImagesOfTheFolderAndNothingBelow) {
+  WritePicture(in.File(L"a.bmp"));
+  WritePicture(in.File(L"b.png"), {40, 20, FMT_PNG});
+  in.AddFile(L"notes.txt", {'h', 'i'});
+  in.AddFolder(L"below");
+  WritePicture(in.File(L"below\\c.bmp"));
+  const auto addFolder = [](HWND dialog) {
+    Click(dialog, IDB_CONV_ADD_FOLDER);
+    WaitUntil([dialog] { return !::IsWindowEnabled(dialog); }, "the folder picker");
+    const HWND picker = ::GetLastActivePopup(dialog);
+    ASSERT_NE(dialog, picker);
+    Click(picker, IDOK);
+    WaitUntil([dialog] { return ::IsWindowEnabled(dialog) != FALSE; }, "back in the dialog");
+  };
+  RunAndClose([&](HWND dialog) {
+    addFolder(dialog);
+    WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
+    EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+    EXPECT_TRUE(IsEnabled(dialog, IDX_CONV_FULL_PATH));
+    WaitForPicture(dialog, true);
+    addFolder(dialog);
+    EXPECT_EQ(2, Rows(dialog)) << "the second time all are duplicates";
+  });
+  EXPECT_EQ(in.path(), params.sourceFolder);
+}
+
+TEST_F(ConversionFiles, AddFilesTakesWhatTheOpenDialogGives) {
+  WritePicture(in.File(L"a.bmp"));
+  WritePicture(in.File(L"b c.bmp"));
+  RunAndClose([this](HWND dialog) {
+    Click(dialog, IDB_CONV_ADD_FILES);
+    const HWND open = WaitForDialogTitled(L"Add Files");
+    const HWND name = Control(open, FindControl(open, 1148) ? 1148 : 1152);
+    const std::wstring text = L"\"" + in.File(L"a.bmp") + L"\" \"" + in.File(L"b c.bmp") + L"\"";
+    ::SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    Click(open, IDOK);
+    WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
+    EXPECT_EQ(L"b c.bmp", Row(dialog, 1));
+    EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+  });
+  EXPECT_EQ(in.path(), params.sourceFolder);
+}
+
+TEST_F(ConversionFiles, ACancelledOpenDialogAddsNothing) {
+  RunAndClose([](HWND dialog) {
+    Click(dialog, IDB_CONV_ADD_FILES);
+    const HWND open = WaitForDialogTitled(L"Add Files");
+    Click(open, IDCANCEL);
+    WaitUntilClosed(open);
+    EXPECT_EQ(0, Rows(dialog));
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_CONVERT));
+  });
+}
+
+}  // namespace

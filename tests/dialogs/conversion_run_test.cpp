@@ -1,0 +1,336 @@
+// Whole runs through the batch conversion dialog: queue, overwriting, folders, deleting, stopping.
+#include "tests/dialogs/conversion_fixture.h"
+
+namespace {
+
+using namespace zvtest;
+
+constexpr int32_t kJpeg = 0;
+constexpr int32_t kPng = 1;
+
+class ConversionRun : public ConversionDialog {
+ protected:
+  ConversionRun() { Offer({kPng, kJpeg}); }
+
+  static void ChooseAllFiles(HWND dialog) {
+    Click(dialog, IDB_CONV_SELECT_ALL);
+    WaitUntil([=] { return static_cast<int>(SelectedListViewRows(dialog, IDL_CONV_FILES).size()) == ListViewCount(dialog, IDL_CONV_FILES); },
+              "all files chosen");
+  }
+  static void WaitUntilRunEnds(HWND dialog) { WaitUntilIdle(dialog); }
+  static std::vector<uint8_t> Bytes(const std::wstring& path) {
+    std::vector<uint8_t> bytes;
+    if (FILE* const file = _wfopen(path.c_str(), L"rb")) {
+      uint8_t buffer[4096];
+      for (size_t got = fread(buffer, 1, sizeof buffer, file); got > 0; got = fread(buffer, 1, sizeof buffer, file)) {
+        bytes.insert(bytes.end(), buffer, buffer + got);
+      }
+      fclose(file);
+    }
+    return bytes;
+  }
+};
+
+TEST_F(ConversionRun, ConvertsEveryChosenFileToEveryChosenFormat) {
+  AddPicture(L"1.bmp");
+  AddPicture(L"2.bmp");
+  AddPicture(L"3.bmp");
+  RunAndClose([](HWND dialog) {
+    ChooseAllFiles(dialog);
+    SelectListBoxRows(dialog, IDL_CONV_FORMATS, {0, 1});
+    ConvertAndWait(dialog);
+    EXPECT_EQ(3, ListViewCount(dialog, IDL_CONV_FILES));
+  });
+  EXPECT_EQ((std::vector<std::wstring>{L"1.jpg", L"1.png", L"2.jpg", L"2.png", L"3.jpg", L"3.png"}), Outputs());
+}
+
+TEST_F(ConversionRun, ConvertsTheChosenFilesAlone) {
+  AddPicture(L"1.bmp");
+  AddPicture(L"2.bmp");
+  RunAndClose([](HWND dialog) {
+    SelectListViewRows(dialog, IDL_CONV_FILES, {1});
+    ConvertAndWait(dialog);
+  });
+  EXPECT_EQ(std::vector<std::wstring>{L"2.png"}, Outputs());
+}
+
+TEST_F(ConversionRun, DoesNotStartWithoutAChosenFormat) {
+  AddPicture(L"1.bmp");
+  RunAndClose([](HWND dialog) {
+    SelectListBoxRows(dialog, IDL_CONV_FORMATS, {});
+    Click(dialog, IDB_CONV_CONVERT);
+    EXPECT_FALSE(HoldsWithin(500, [dialog] { return !::IsWindowEnabled(dialog); }));
+  });
+  EXPECT_TRUE(Outputs().empty());
+}
+
+TEST_F(ConversionRun, CanRunAgain) {
+  AddPicture(L"1.bmp");
+  params.overwriteMode = OVERWRITE_RENAME;
+  RunAndClose([](HWND dialog) {
+    ConvertAndWait(dialog);
+    ConvertAndWait(dialog);
+    ConvertAndWait(dialog);
+  });
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"10.png", L"11.png"}), Outputs());
+}
+
+TEST_F(ConversionRun, WritesBesideTheSources) {
+  AddPicture(L"1.bmp");
+  params.useOriginalFolder = 1;
+  RunAndClose([](HWND dialog) { ConvertAndWait(dialog); });
+  EXPECT_TRUE(Outputs().empty());
+  EXPECT_TRUE(Exists(in.File(L"1.png")));
+}
+
+TEST_F(ConversionRun, GoesOnAfterAFileThatCannotBeRead) {
+  AddPicture(L"1.bmp");
+  const std::wstring gone = AddPicture(L"2.bmp");
+  AddPicture(L"3.bmp");
+  RunAndClose([&](HWND dialog) {
+    ChooseAllFiles(dialog);
+    ::DeleteFileW(gone.c_str());
+    ConvertAndWait(dialog);
+    EXPECT_EQ(3, ListViewCount(dialog, IDL_CONV_FILES));
+  });
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"3.png"}), Outputs());
+}
+
+TEST_F(ConversionRun, KeepsAFirstPageWithoutAPageChoice) {
+  AddPicture(L"p.tif", {40, 20, FMT_TIFF, 4});
+  RunAndClose([](HWND dialog) {
+    ConvertAndWait(dialog);
+    EXPECT_EQ(L"", ListViewText(dialog, IDL_CONV_FILES, 0, 1));
+    EXPECT_EQ(L"1/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+  });
+  EXPECT_EQ(std::vector<std::wstring>{L"p.png"}, Outputs());
+  FILEINFO info = {};
+  info.uStructSize = sizeof info;
+  ASSERT_EQ(SUCCESS, GetFileInfo(out.File(L"p.png").c_str(), &info, sizeof info, 1, nullptr));
+  EXPECT_EQ(40, info.width);
+}
+
+// --- Deleting the sources ---
+
+TEST_F(ConversionRun, TakesDeletedSourcesOffTheList) {
+  const std::wstring first = AddPicture(L"1.bmp");
+  const std::wstring second = AddPicture(L"2.bmp");
+  params.deleteSource = 1;
+  RunAndClose([&](HWND dialog) {
+    SelectListViewRows(dialog, IDL_CONV_FILES, {0});
+    ConvertAndWait(dialog);
+    ASSERT_EQ(1, ListViewCount(dialog, IDL_CONV_FILES));
+    EXPECT_EQ(L"2.bmp", ListViewText(dialog, IDL_CONV_FILES, 0, 0));
+    EXPECT_FALSE(Exists(first));
+    EXPECT_TRUE(Exists(second));
+    SelectListViewRows(dialog, IDL_CONV_FILES, {0});
+    ConvertAndWait(dialog);
+    EXPECT_EQ(0, ListViewCount(dialog, IDL_CONV_FILES));
+    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_PAGE_OPTIONS, IDB_CONV_SELECT_ALL, IDB_CONV_REMOVE,
+                         IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE}) {
+      EXPECT_FALSE(IsEnabled(dialog, id)) << id;
+    }
+  });
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
+}
+
+TEST_F(ConversionRun, AnUndeletableSourceGivesAMessageAndStays) {
+  const std::wstring source = AddPicture(L"1.bmp");
+  params.deleteSource = 1;
+  const HANDLE held = ::CreateFileW(source.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(INVALID_HANDLE_VALUE, held);
+  RunAndClose([&](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND box = WaitForMessageBox();
+    EXPECT_NE(std::wstring::npos, TextOf(box, 65535).find(source));
+    Dismiss(box);
+    WaitUntilRunEnds(dialog);
+    EXPECT_EQ(1, ListViewCount(dialog, IDL_CONV_FILES));
+  });
+  ::CloseHandle(held);
+  EXPECT_TRUE(Exists(source));
+}
+
+// --- The overwrite question ---
+
+class OverwriteQuestion : public ConversionRun {
+ protected:
+  OverwriteQuestion() {
+    AddPicture(L"1.bmp");
+    AddPicture(L"2.bmp");
+    out.AddFile(L"1.png", {7});
+    params.overwriteMode = OVERWRITE_ASK;
+  }
+  void RunAnswering(const std::function<void(HWND)>& answer) {
+    RunAndClose([&](HWND dialog) {
+      ChooseAllFiles(dialog);
+      Click(dialog, IDB_CONV_CONVERT);
+      const HWND ask = WaitForDialogWith(IDB_CONV_ASK_REPLACE);
+      EXPECT_NE(std::wstring::npos, TextOf(ask, IDE_CONV_ASK_MESSAGE).find(out.File(L"1.png")));
+      answer(ask);
+      WaitUntilRunEnds(dialog);
+    });
+  }
+};
+
+TEST_F(OverwriteQuestion, ReplaceWritesOver) {
+  RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_REPLACE); });
+  EXPECT_GT(Bytes(out.File(L"1.png")).size(), 1u);
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
+}
+
+TEST_F(OverwriteQuestion, RenameFindsAFreeName) {
+  RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_RENAME); });
+  EXPECT_EQ(std::vector<uint8_t>{7}, Bytes(out.File(L"1.png")));
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"10.png", L"2.png"}), Outputs());
+}
+
+TEST_F(OverwriteQuestion, SkipGoesOnWithTheNextFile) {
+  RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_SKIP); });
+  EXPECT_EQ(std::vector<uint8_t>{7}, Bytes(out.File(L"1.png")));
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
+}
+
+TEST_F(OverwriteQuestion, AbortEndsTheRun) {
+  RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_ABORT); });
+  EXPECT_EQ(std::vector<std::wstring>{L"1.png"}, Outputs());
+}
+
+TEST_F(OverwriteQuestion, EscIsAbort) {
+  RunAnswering([](HWND ask) { PressKey(ask, VK_ESCAPE); });
+  EXPECT_EQ(std::vector<std::wstring>{L"1.png"}, Outputs());
+}
+
+TEST_F(OverwriteQuestion, TheCloseBoxIsAbort) {
+  RunAnswering([](HWND ask) { CloseWindow(ask); });
+  EXPECT_EQ(std::vector<std::wstring>{L"1.png"}, Outputs());
+}
+
+TEST_F(OverwriteQuestion, EnterLosesNothing) {
+  RunAnswering([](HWND ask) { PressKey(ask, VK_RETURN); });
+  EXPECT_EQ(std::vector<uint8_t>{7}, Bytes(out.File(L"1.png")));
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
+}
+
+// --- The destination folder ---
+
+class DestinationFolder : public ConversionRun {
+ protected:
+  DestinationFolder() {
+    AddPicture(L"1.bmp");
+    missing = out.File(L"one\\two");
+    SetDestination(missing);
+  }
+  std::wstring missing;
+};
+
+TEST_F(DestinationFolder, YesCreatesEveryMissingFolder) {
+  RunAndClose([&](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND box = WaitForMessageBox();
+    EXPECT_NE(std::wstring::npos, TextOf(box, 65535).find(missing));
+    Click(box, IDYES);
+    WaitUntilClosed(box);
+    WaitUntilRunEnds(dialog);
+    WaitUntil([&] { return Exists(missing + L"\\1.png"); }, "the output");
+  });
+  EXPECT_EQ(missing, params.destinationFolder);
+}
+
+TEST_F(DestinationFolder, NoRunsAllTheSameAndEachFileFails) {
+  RunAndClose([&](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND box = WaitForMessageBox();
+    Click(box, IDNO);
+    WaitUntilClosed(box);
+    WaitForDialogTitled(L"Converting...");
+    WaitUntilRunEnds(dialog);
+    EXPECT_EQ(1, ListViewCount(dialog, IDL_CONV_FILES));
+  });
+  EXPECT_FALSE(Exists(missing));
+  EXPECT_TRUE(Exists(in.File(L"1.bmp")));
+}
+
+TEST_F(DestinationFolder, AFolderThatCannotBeCreatedGivesAMessage) {
+  out.AddFile(L"one", {1});
+  RunAndClose([&](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND question = WaitForMessageBox();
+    Click(question, IDYES);
+    WaitUntilClosed(question);
+    const HWND message = WaitForMessageBox();
+    EXPECT_NE(std::wstring::npos, TextOf(message, 65535).find(missing));
+    Dismiss(message);
+    WaitUntilRunEnds(dialog);
+  });
+  EXPECT_FALSE(Exists(missing));
+}
+
+TEST_F(DestinationFolder, IsCheckedEvenWhenTheOriginalFolderIsUsed) {
+  params.useOriginalFolder = 1;
+  RunAndClose([&](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND box = WaitForMessageBox();
+    Click(box, IDNO);
+    WaitUntilClosed(box);
+    WaitUntil([&] { return Exists(in.File(L"1.png")); }, "the output beside the source");
+    WaitUntilRunEnds(dialog);
+  });
+}
+
+// --- Stopping ---
+
+class StoppedRun : public ConversionRun {
+ protected:
+  StoppedRun() {
+    Offer({kPng});
+    for (int i = 0; i < 4; ++i) {
+      sources.push_back(AddPicture(L"big" + std::to_wstring(i) + L".bmp", {3000, 2000}));
+    }
+  }
+  // Starts a run over all files, stops it in a file, and waits for its end.
+  void RunStopping(const std::function<void(HWND)>& stop) {
+    RunAndClose([&](HWND dialog) {
+      ChooseAllFiles(dialog);
+      Click(dialog, IDB_CONV_CONVERT);
+      const HWND progress = WaitForDialogWith(IDP_CONV_TOTAL);
+      const HWND bar = Control(progress, IDP_CONV_FILE);
+      WaitUntil([=] { return ::SendMessageW(bar, PBM_GETPOS, 0, 0) > 0; }, "a file in work");
+      stop(progress);
+      WaitUntilClosed(progress);
+      WaitUntilRunEnds(dialog);
+      EXPECT_EQ(4, ListViewCount(dialog, IDL_CONV_FILES));
+    });
+    for (const std::wstring& source : sources) {
+      EXPECT_TRUE(Exists(source));
+    }
+    EXPECT_LT(Outputs().size(), 4u);
+    for (const std::wstring& name : Outputs()) {
+      FILEINFO info = {};
+      info.uStructSize = sizeof info;
+      EXPECT_EQ(L".png", name.substr(name.size() - 4));
+      EXPECT_EQ(SUCCESS, GetFileInfo(out.File(name).c_str(), &info, sizeof info, 1, nullptr));
+      EXPECT_EQ(3000, info.width);
+    }
+  }
+  std::vector<std::wstring> sources;
+};
+
+TEST_F(StoppedRun, AbortLeavesSourcesAndWholeOutputsAlone) {
+  RunStopping([](HWND progress) { Click(progress, IDB_CONV_ABORT); });
+}
+
+TEST_F(StoppedRun, EscActsLikeAbort) {
+  RunStopping([](HWND progress) { PressKey(progress, VK_ESCAPE); });
+}
+
+TEST_F(StoppedRun, EnterPressesAbort) {
+  RunStopping([](HWND progress) { PressKey(progress, VK_RETURN); });
+}
+
+TEST_F(StoppedRun, TheCloseBoxActsLikeAbort) {
+  RunStopping([](HWND progress) { CloseWindow(progress); });
+}
+
+
+}  // namespace
