@@ -11,10 +11,11 @@ namespace {
 // What the settings dialog offers, by kind of file format.
 constexpr uint32_t kJpegOptions = SAVEOPT_PROGRESSIVE | SAVEOPT_QFACTOR | SAVEOPT_STAMP;
 constexpr uint32_t kExifTiffOptions = SAVEOPT_QFACTOR | SAVEOPT_QFACTOR_ZERO | SAVEOPT_STAMP;
-constexpr uint32_t kLossyOptions = SAVEOPT_QFACTOR;
+constexpr uint32_t kQualityOptions = SAVEOPT_QFACTOR;
 constexpr uint32_t kLosslessPages = SAVEOPT_MULTIPAGE | SAVEOPT_QFACTOR_ZERO;
-constexpr uint32_t kLossyPages = SAVEOPT_MULTIPAGE | SAVEOPT_QFACTOR;
-constexpr uint32_t kCmpOptions = SAVEOPT_QFACTOR | SAVEOPT_MULTIPAGE | SAVEOPT_STAMP;
+constexpr uint32_t kTiffOptions = SAVEOPT_MULTIPAGE | SAVEOPT_STAMP | SAVEOPT_QFACTOR_ZERO;
+constexpr uint32_t kTiffLossyOptions = SAVEOPT_MULTIPAGE | SAVEOPT_STAMP | SAVEOPT_QFACTOR;
+constexpr uint32_t kCmpOptions = SAVEOPT_PROGRESSIVE | SAVEOPT_QFACTOR | SAVEOPT_MULTIPAGE | SAVEOPT_STAMP;
 constexpr uint32_t kJ2kOptions = SAVEOPT_QFACTOR | SAVEOPT_COMPRESSION | SAVEOPT_J2K_DIALOG;
 constexpr uint32_t kNoOptions = SAVEOPT_QFACTOR_ZERO;
 
@@ -36,15 +37,15 @@ constexpr BppEntry kJpeg[] = {
 // --- PNG: the quality is the deflate level ---
 
 constexpr BppEntry kPng[] = {
-    {1, IDS_EXTENSION_PNG, kLossyOptions, {}},  {4, IDS_EXTENSION_PNG, kLossyOptions, {}},
-    {8, IDS_EXTENSION_PNG, kLossyOptions, {}},  {16, IDS_EXTENSION_PNG, kLossyOptions, {}},
-    {24, IDS_EXTENSION_PNG, kLossyOptions, {}}, {32, IDS_EXTENSION_PNG, kLossyOptions, {}},
-    {48, IDS_EXTENSION_PNG, kLossyOptions, {}}, {64, IDS_EXTENSION_PNG, kLossyOptions, {}},
+    {1, IDS_EXTENSION_PNG, kQualityOptions, {}},  {4, IDS_EXTENSION_PNG, kQualityOptions, {}},
+    {8, IDS_EXTENSION_PNG, kQualityOptions, {}},  {16, IDS_EXTENSION_PNG, kQualityOptions, {}},
+    {24, IDS_EXTENSION_PNG, kQualityOptions, {}}, {32, IDS_EXTENSION_PNG, kQualityOptions, {}},
+    {48, IDS_EXTENSION_PNG, kQualityOptions, {}}, {64, IDS_EXTENSION_PNG, kQualityOptions, {}},
 };
 
 // --- TIFF: the lossless compressions stand first and in the same order at every depth ---
 
-constexpr SubtypeEntry Tiff(int32_t nameId, int32_t fileFormat, uint32_t optionFlags = kLosslessPages) {
+constexpr SubtypeEntry Tiff(int32_t nameId, int32_t fileFormat, uint32_t optionFlags = kTiffOptions) {
   return {nameId, IDS_EXTENSION_TIF, fileFormat, optionFlags};
 }
 
@@ -75,15 +76,9 @@ constexpr SubtypeEntry kTiffLossless[] = {
     kTiffNone, kTiffPackBits, kTiffLzw, kTiffDeflate, kTiffLzma, kTiffZstd, kBigTiff, kBigTiffDeflate,
 };
 constexpr SubtypeEntry kTiff8[] = {
-    kTiffNone,
-    kTiffPackBits,
-    kTiffLzw,
-    kTiffDeflate,
-    kTiffLzma,
-    kTiffZstd,
-    kBigTiff,
-    kBigTiffDeflate,
-    Tiff(IDS_SUBTYPE_TIFF_JPEG_GRAY, FMT_TIFF_JPEG, kLossyPages),
+    kTiffNone,    kTiffPackBits,   kTiffLzw,
+    kTiffDeflate, kTiffLzma,       kTiffZstd,
+    kBigTiff,     kBigTiffDeflate, Tiff(IDS_SUBTYPE_TIFF_JPEG_GRAY, FMT_TIFF_JPEG, kTiffLossyOptions),
 };
 constexpr SubtypeEntry kTiff24[] = {
     kTiffNone,
@@ -94,28 +89,22 @@ constexpr SubtypeEntry kTiff24[] = {
     kTiffZstd,
     kBigTiff,
     kBigTiffDeflate,
-    Tiff(IDS_SUBTYPE_TIFF_JPEG_444, FMT_TIFF_JPEG, kLossyPages),
-    Tiff(IDS_SUBTYPE_TIFF_JPEG_422, FMT_TIFF_JPEG_422, kLossyPages),
-    Tiff(IDS_SUBTYPE_TIFF_JPEG_420, FMT_TIFF_JPEG_420, kLossyPages),
-    Tiff(IDS_SUBTYPE_WEBP, FMT_TIFF_WEBP, kLossyPages),
+    Tiff(IDS_SUBTYPE_TIFF_JPEG_444, FMT_TIFF_JPEG, kTiffLossyOptions),
+    Tiff(IDS_SUBTYPE_TIFF_JPEG_422, FMT_TIFF_JPEG_422, kTiffLossyOptions),
+    Tiff(IDS_SUBTYPE_TIFF_JPEG_420, FMT_TIFF_JPEG_420, kTiffLossyOptions),
+    Tiff(IDS_SUBTYPE_WEBP, FMT_TIFF_WEBP, kTiffLossyOptions),
     Tiff(IDS_SUBTYPE_YCC, FMT_TIFF_YCC),
 };
 constexpr SubtypeEntry kTiff32[] = {
-    kTiffNone,
-    kTiffPackBits,
-    kTiffLzw,
-    kTiffDeflate,
-    kTiffLzma,
-    kTiffZstd,
-    kBigTiff,
-    kBigTiffDeflate,
-    Tiff(IDS_SUBTYPE_WEBP, FMT_TIFF_WEBP, kLossyPages),
+    kTiffNone,    kTiffPackBits,   kTiffLzw,
+    kTiffDeflate, kTiffLzma,       kTiffZstd,
+    kBigTiff,     kBigTiffDeflate, Tiff(IDS_SUBTYPE_WEBP, FMT_TIFF_WEBP, kTiffLossyOptions),
 };
 constexpr BppEntry kTiff[] = {
-    {1, kExtensionInSubtype, kLosslessPages, kTiffBilevel},   {4, kExtensionInSubtype, kLosslessPages, kTiffLossless},
-    {8, kExtensionInSubtype, kLosslessPages, kTiff8},         {16, kExtensionInSubtype, kLosslessPages, kTiffLossless},
-    {24, kExtensionInSubtype, kLosslessPages, kTiff24},       {32, kExtensionInSubtype, kLosslessPages, kTiff32},
-    {48, kExtensionInSubtype, kLosslessPages, kTiffLossless}, {64, kExtensionInSubtype, kLosslessPages, kTiffLossless},
+    {1, kExtensionInSubtype, kTiffOptions, kTiffBilevel},   {4, kExtensionInSubtype, kTiffOptions, kTiffLossless},
+    {8, kExtensionInSubtype, kTiffOptions, kTiff8},         {16, kExtensionInSubtype, kTiffOptions, kTiffLossless},
+    {24, kExtensionInSubtype, kTiffOptions, kTiff24},       {32, kExtensionInSubtype, kTiffOptions, kTiff32},
+    {48, kExtensionInSubtype, kTiffOptions, kTiffLossless}, {64, kExtensionInSubtype, kTiffOptions, kTiffLossless},
 };
 
 // --- GIF: sub type 1 is interlaced ---
@@ -167,8 +156,8 @@ constexpr BppEntry kExif[] = {
 // --- WebP ---
 
 constexpr BppEntry kWebp[] = {
-    {24, IDS_EXTENSION_WEBP, kLossyOptions, {}},
-    {32, IDS_EXTENSION_WEBP, kLossyOptions, {}},
+    {24, IDS_EXTENSION_WEBP, kQualityOptions, {}},
+    {32, IDS_EXTENSION_WEBP, kQualityOptions, {}},
 };
 
 // --- JPEG 2000 ---
@@ -198,11 +187,16 @@ constexpr BppEntry kIcon[] = {
 };
 
 constexpr FormatEntry kCatalogue[] = {
-    {IDS_CATALOGUE_JPEG, FMT_JPEG, 24, kJpeg},         {IDS_CATALOGUE_PNG, FMT_PNG, 24, kPng},
-    {IDS_CATALOGUE_TIFF, FMT_TIFF, 24, kTiff},         {IDS_CATALOGUE_GIF, FMT_GIF, 8, kGif},
-    {IDS_CATALOGUE_BMP, FMT_BMP, 24, kBmp},            {IDS_CATALOGUE_CMP, FMT_CMP, 24, kCmp},
-    {IDS_CATALOGUE_EXIF, FMT_EXIF_JPEG_422, 24, kExif}, {IDS_CATALOGUE_WEBP, FMT_WEBP, 24, kWebp},
-    {IDS_CATALOGUE_JPEG2000, FMT_JP2, 24, kJpeg2000},  {IDS_CATALOGUE_ICON, FMT_ICO, 32, kIcon},
+    {IDS_CATALOGUE_JPEG, FMT_JPEG, 24, kJpeg},
+    {IDS_CATALOGUE_PNG, FMT_PNG, 24, kPng},
+    {IDS_CATALOGUE_TIFF, FMT_TIFF, 24, kTiff},
+    {IDS_CATALOGUE_GIF, FMT_GIF, 8, kGif},
+    {IDS_CATALOGUE_BMP, FMT_BMP, 24, kBmp},
+    {IDS_CATALOGUE_CMP, FMT_CMP, 24, kCmp},
+    {IDS_CATALOGUE_EXIF, FMT_EXIF_JPEG_422, 24, kExif},
+    {IDS_CATALOGUE_WEBP, FMT_WEBP, 24, kWebp},
+    {IDS_CATALOGUE_JPEG2000, FMT_JP2, 24, kJpeg2000},
+    {IDS_CATALOGUE_ICON, FMT_ICO, 32, kIcon},
 };
 
 }  // namespace

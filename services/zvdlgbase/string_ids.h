@@ -551,7 +551,7 @@
 
 /* --- Save --- */
 #define IDS_SAVE_OVERWRITE_PAGE_TEXT 1428 /* %s */
-#define IDS_SAVE_OVERWRITE_TEXT 1429 /* %s */
+#define IDS_SAVE_OVERWRITE_TEXT 1429      /* %s */
 #define IDS_SAVE_FILE_TYPE 1430
 #define IDS_SAVE_FILE_NAME 1431
 #define IDS_SAVE_LOOK_IN 1432

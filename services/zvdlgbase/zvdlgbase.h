@@ -48,13 +48,13 @@ typedef struct tagFORMATINFO {
   int32_t format;       /*  4 */
   int32_t nameStringId; /*  8 */
   int32_t defaultBitsPerPixel;
-  int32_t fileFormat;   /* 16 */
-  int32_t bppCount;     /* 20 */
+  int32_t fileFormat; /* 16 */
+  int32_t bppCount;   /* 20 */
 } FORMATINFO;
 
 typedef struct tagFORMATBPPINFO {
-  uint32_t uStructSize;      /*  0: 24 */
-  int32_t bitsPerPixel;      /*  4 */
+  uint32_t uStructSize; /*  0: 24 */
+  int32_t bitsPerPixel; /*  4 */
   int32_t reserved8;
   int32_t extensionStringId; /* 12: negative: look in sub type 1 */
   int32_t subtypeCount;      /* 16 */
@@ -136,9 +136,11 @@ ZVDLGBASE_API int32_t GetNextFormat(FORMATINFO* info, int32_t* position);
 ZVDLGBASE_API int32_t GetFormatBppInfo(int32_t format, int32_t bitsPerPixel, FORMATBPPINFO* info);
 ZVDLGBASE_API int32_t GetFirstFormatBppPosition(int32_t format);
 ZVDLGBASE_API int32_t GetNextFormatBpp(int32_t format, FORMATBPPINFO* info, int32_t* position);
-ZVDLGBASE_API int32_t GetFormatSubtypeInfo(int32_t format, int32_t bitsPerPixel, int32_t subtype, FORMATSUBTYPEINFO* info);
+ZVDLGBASE_API int32_t GetFormatSubtypeInfo(int32_t format, int32_t bitsPerPixel, int32_t subtype,
+                                           FORMATSUBTYPEINFO* info);
 ZVDLGBASE_API int32_t GetFirstFormatSubtypePosition(int32_t format, int32_t bitsPerPixel);
-ZVDLGBASE_API int32_t GetNextFormatSubtype(int32_t format, int32_t bitsPerPixel, FORMATSUBTYPEINFO* info, int32_t* position);
+ZVDLGBASE_API int32_t GetNextFormatSubtype(int32_t format, int32_t bitsPerPixel, FORMATSUBTYPEINFO* info,
+                                           int32_t* position);
 /* Non-zero: the entry is left out of the lists, since nothing here can write it. */
 ZVDLGBASE_API int32_t IsFormatExcludedFromList(int32_t fileFormat);
 /* ERROR_FEATURE_UNSUPPORTED, and *qFactor untouched, when the format has no quality. */

@@ -172,19 +172,15 @@ LRESULT CZVBitmapButton::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) 
   }
   switch (message) {
     case WM_MOUSEMOVE:
-    case WM_MOUSELEAVE:
-      FollowMouse(message);
-      break;
-    case WM_ERASEBKGND:
-      return TRUE;
+    case WM_MOUSELEAVE: FollowMouse(message); break;
+    case WM_ERASEBKGND: return TRUE;
     case WM_KEYDOWN:
       if (wParam == VK_DOWN && (styleEx_ & ZVBBS_DROPDOWN)) {
         Click();
         return 0;
       }
       break;
-    default:
-      break;
+    default: break;
   }
   return CButton::WindowProc(message, wParam, lParam);
 }

@@ -11,9 +11,9 @@
 #include "services/zvdlgwidgets/notifications.h"
 
 // SetStyleEx bits.
-#define ZVBBS_DROPDOWN 0x1u   // an arrow at the right: the button opens something below it
-#define ZVBBS_SHOWTEXT 0x2u   // the window text beside the picture; without it the text is for screen readers
-#define ZVBBS_FLAT 0x4u       // no frame until the mouse or the focus is on it
+#define ZVBBS_DROPDOWN 0x1u  // an arrow at the right: the button opens something below it
+#define ZVBBS_SHOWTEXT 0x2u  // the window text beside the picture; without it the text is for screen readers
+#define ZVBBS_FLAT 0x4u      // no frame until the mouse or the focus is on it
 
 class CZVBitmapButton : public CButton {
  public:

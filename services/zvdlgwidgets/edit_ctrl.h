@@ -5,7 +5,6 @@
 
 #include "platform/controls.h"
 #include "platform/message_map.h"
-#include "platform/message_map.h"
 #include "services/zvdlgwidgets/notifications.h"
 #include "services/zvdlgwidgets/number_text.h"
 

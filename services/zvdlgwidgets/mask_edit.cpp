@@ -163,15 +163,12 @@ LRESULT CZVMaskEdit::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       return 0;
     }
-    case WM_CUT:
-      DefWindowProc(WM_COPY, 0, 0);
-      [[fallthrough]];
+    case WM_CUT: DefWindowProc(WM_COPY, 0, 0); [[fallthrough]];
     case WM_CLEAR:
       GetSel(start, end);
       ErasePlaces(start, end);
       return 0;
-    default:
-      break;
+    default: break;
   }
   return CEdit::WindowProc(message, wParam, lParam);
 }

@@ -3,8 +3,7 @@
 std::optional<LRESULT> OwnerDrawnButtonMessage(HWND button, UINT message, WPARAM wParam, LPARAM lParam,
                                                bool& isDefault) {
   switch (message) {
-    case WM_GETDLGCODE:
-      return DLGC_BUTTON | (isDefault ? DLGC_DEFPUSHBUTTON : DLGC_UNDEFPUSHBUTTON);
+    case WM_GETDLGCODE: return DLGC_BUTTON | (isDefault ? DLGC_DEFPUSHBUTTON : DLGC_UNDEFPUSHBUTTON);
     case BM_SETSTYLE: {
       // The dialog moves the default look with the focus. Let through, it would make a plain button of this one.
       const WPARAM type = wParam & BS_TYPEMASK;
@@ -15,9 +14,7 @@ std::optional<LRESULT> OwnerDrawnButtonMessage(HWND button, UINT message, WPARAM
       }
       return std::nullopt;
     }
-    case WM_LBUTTONDBLCLK:
-      return ::SendMessageW(button, WM_LBUTTONDOWN, wParam, lParam);
-    default:
-      return std::nullopt;
+    case WM_LBUTTONDBLCLK: return ::SendMessageW(button, WM_LBUTTONDOWN, wParam, lParam);
+    default: return std::nullopt;
   }
 }

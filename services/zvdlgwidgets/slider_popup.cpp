@@ -94,8 +94,7 @@ LRESULT CALLBACK SliderPopup::WindowProcedure(HWND window, UINT message, WPARAM 
 LRESULT SliderPopup::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   const CPoint point(static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam)));
   switch (message) {
-    case WM_MOUSEACTIVATE:
-      return MA_NOACTIVATE;
+    case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
     case WM_LBUTTONDOWN: {
       CRect client;
       ::GetClientRect(window_, &client);
@@ -107,9 +106,7 @@ LRESULT SliderPopup::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       return 0;
     }
-    case WM_RBUTTONDOWN:
-      Report(owner_.closed);
-      return 0;
+    case WM_RBUTTONDOWN: Report(owner_.closed); return 0;
     case WM_MOUSEMOVE:
       if (isDragging_) {
         Drag(point.x);
@@ -126,13 +123,9 @@ LRESULT SliderPopup::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         Report(owner_.closed);
       }
       return 0;
-    case WM_ERASEBKGND:
-      return TRUE;
-    case WM_PAINT:
-      Paint();
-      return 0;
-    default:
-      return ::DefWindowProcW(window_, message, wParam, lParam);
+    case WM_ERASEBKGND: return TRUE;
+    case WM_PAINT: Paint(); return 0;
+    default: return ::DefWindowProcW(window_, message, wParam, lParam);
   }
 }
 

@@ -46,9 +46,7 @@ void CZVValueCombo::SetValue(int value) {
   }
 }
 
-int CZVValueCombo::GetValue() const {
-  return m_hWnd ? static_cast<int>(SendMessage(ZVVCM_GETVALUE)) : value_;
-}
+int CZVValueCombo::GetValue() const { return m_hWnd ? static_cast<int>(SendMessage(ZVVCM_GETVALUE)) : value_; }
 
 void CZVValueCombo::SetFlags(UINT flags) {
   flags_ = flags;

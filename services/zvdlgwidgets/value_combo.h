@@ -18,7 +18,7 @@
 #define ZVVCM_GETMAXIMUM (WM_USER + 3)
 #define ZVVCM_SETVALUE (WM_USER + 4) /* value; silent */
 #define ZVVCM_GETVALUE (WM_USER + 5)
-#define ZVVCM_SETFLAGS (WM_USER + 6) /* FLAGS_... */
+#define ZVVCM_SETFLAGS (WM_USER + 6)     /* FLAGS_... */
 #define ZVVCM_SHOWDROPDOWN (WM_USER + 7) /* non-zero opens the slider */
 #define ZVVCM_GETDROPPEDSTATE (WM_USER + 8)
 

@@ -18,9 +18,7 @@ constexpr UINT_PTR kEditSubclass = 1;
 void CloseTheme(HTHEME theme) { ::CloseThemeData(theme); }
 using unique_htheme = unique_handle<HTHEME, CloseTheme>;
 
-ValueComboWindow* ObjectOf(HWND window) {
-  return reinterpret_cast<ValueComboWindow*>(::GetWindowLongPtrW(window, 0));
-}
+ValueComboWindow* ObjectOf(HWND window) { return reinterpret_cast<ValueComboWindow*>(::GetWindowLongPtrW(window, 0)); }
 
 CString TextOf(HWND window) {
   std::wstring text(static_cast<size_t>(::GetWindowTextLengthW(window)) + 1, L'\0');
@@ -66,15 +64,9 @@ LRESULT ValueComboWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lPar
     return ::SendMessageW(edit_, message, wParam, lParam);
   }
   switch (message) {
-    case WM_CREATE:
-      CreateEdit();
-      return edit_ ? 0 : -1;
-    case WM_DESTROY:
-      slider_.reset();
-      return 0;
-    case WM_SIZE:
-      Layout();
-      return 0;
+    case WM_CREATE: CreateEdit(); return edit_ ? 0 : -1;
+    case WM_DESTROY: slider_.reset(); return 0;
+    case WM_SIZE: Layout(); return 0;
     case WM_SETFONT:
       ::SendMessageW(edit_, message, wParam, lParam);
       Layout();
@@ -82,11 +74,8 @@ LRESULT ValueComboWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lPar
     case WM_GETFONT:
     case WM_SETTEXT:
     case WM_GETTEXT:
-    case WM_GETTEXTLENGTH:
-      return ::SendMessageW(edit_, message, wParam, lParam);
-    case WM_SETFOCUS:
-      ::SetFocus(edit_);
-      return 0;
+    case WM_GETTEXTLENGTH: return ::SendMessageW(edit_, message, wParam, lParam);
+    case WM_SETFOCUS: ::SetFocus(edit_); return 0;
     case WM_ENABLE:
       CloseSlider(true);
       ::EnableWindow(edit_, wParam != 0);
@@ -101,17 +90,11 @@ LRESULT ValueComboWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lPar
       ::SetFocus(edit_);
       slider_ ? CloseSlider(true) : OpenSlider();
       return 0;
-    case WM_ERASEBKGND:
-      return TRUE;
-    case WM_PAINT:
-      Paint();
-      return 0;
+    case WM_ERASEBKGND: return TRUE;
+    case WM_PAINT: Paint(); return 0;
     case WM_THEMECHANGED:
-    case WM_SYSCOLORCHANGE:
-      ::InvalidateRect(window_, nullptr, TRUE);
-      return 0;
-    default:
-      return ::DefWindowProcW(window_, message, wParam, lParam);
+    case WM_SYSCOLORCHANGE: ::InvalidateRect(window_, nullptr, TRUE); return 0;
+    default: return ::DefWindowProcW(window_, message, wParam, lParam);
   }
 }
 
@@ -122,33 +105,22 @@ LRESULT ValueComboWindow::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM l
       CloseSlider(true);
       ShowValue(value_);
       return 0;
-    case ZVVCM_GETMINIMUM:
-      return range_.minimum;
-    case ZVVCM_GETMAXIMUM:
-      return range_.maximum;
-    case ZVVCM_SETVALUE:
-      ShowValue(static_cast<int>(wParam));
-      return 0;
-    case ZVVCM_GETVALUE:
-      return CurrentValue();
-    case ZVVCM_SETFLAGS:
-      flags_ = static_cast<UINT>(wParam);
-      return 0;
-    case ZVVCM_SHOWDROPDOWN:
-      wParam ? OpenSlider() : CloseSlider(true);
-      return 0;
-    case ZVVCM_GETDROPPEDSTATE:
-      return slider_ != nullptr;
-    default:
-      return ::DefWindowProcW(window_, message, wParam, lParam);
+    case ZVVCM_GETMINIMUM: return range_.minimum;
+    case ZVVCM_GETMAXIMUM: return range_.maximum;
+    case ZVVCM_SETVALUE: ShowValue(static_cast<int>(wParam)); return 0;
+    case ZVVCM_GETVALUE: return CurrentValue();
+    case ZVVCM_SETFLAGS: flags_ = static_cast<UINT>(wParam); return 0;
+    case ZVVCM_SHOWDROPDOWN: wParam ? OpenSlider() : CloseSlider(true); return 0;
+    case ZVVCM_GETDROPPEDSTATE: return slider_ != nullptr;
+    default: return ::DefWindowProcW(window_, message, wParam, lParam);
   }
 }
 
 void ValueComboWindow::CreateEdit() {
   const bool isEnabled = !(::GetWindowLongW(window_, GWL_STYLE) & WS_DISABLED);
-  edit_ = ::CreateWindowExW(0, WC_EDITW, nullptr, WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL | (isEnabled ? 0 : WS_DISABLED),
-                            0, 0, 0, 0, window_, reinterpret_cast<HMENU>(UINT_PTR{kEditId}), AfxGetInstanceHandle(),
-                            nullptr);
+  edit_ =
+      ::CreateWindowExW(0, WC_EDITW, nullptr, WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL | (isEnabled ? 0 : WS_DISABLED), 0,
+                        0, 0, 0, window_, reinterpret_cast<HMENU>(UINT_PTR{kEditId}), AfxGetInstanceHandle(), nullptr);
   ::SetWindowSubclass(edit_, &EditProcedure, kEditSubclass, reinterpret_cast<DWORD_PTR>(this));
   ShowValue(value_);
 }
@@ -351,8 +323,7 @@ LRESULT ValueComboWindow::HandleEditMessage(UINT message, WPARAM wParam, LPARAM 
         CommitText();
       }
       break;
-    default:
-      break;
+    default: break;
   }
   return ::DefSubclassProc(edit_, message, wParam, lParam);
 }
@@ -364,46 +335,22 @@ bool ValueComboWindow::HandleKey(WPARAM key, bool isAltDown) {
   }
   if (slider_) {
     switch (key) {
-      case VK_RETURN:
-        CloseSlider(true);
-        return true;
-      case VK_ESCAPE:
-        CloseSlider(false);
-        return true;
-      case VK_LEFT:
-        ChangeBy(-1);
-        return true;
-      case VK_RIGHT:
-        ChangeBy(1);
-        return true;
-      case VK_HOME:
-        ChangeTo(range_.minimum);
-        return true;
-      case VK_END:
-        ChangeTo(range_.maximum);
-        return true;
-      default:
-        break;
+      case VK_RETURN: CloseSlider(true); return true;
+      case VK_ESCAPE: CloseSlider(false); return true;
+      case VK_LEFT: ChangeBy(-1); return true;
+      case VK_RIGHT: ChangeBy(1); return true;
+      case VK_HOME: ChangeTo(range_.minimum); return true;
+      case VK_END: ChangeTo(range_.maximum); return true;
+      default: break;
     }
   }
   switch (key) {
-    case VK_UP:
-      ChangeBy(1);
-      return true;
-    case VK_DOWN:
-      ChangeBy(-1);
-      return true;
-    case VK_PRIOR:
-      ChangeBy(range_.PageStep());
-      return true;
-    case VK_NEXT:
-      ChangeBy(-range_.PageStep());
-      return true;
-    case VK_RETURN:
-      CommitText();
-      return false;
-    default:
-      return false;
+    case VK_UP: ChangeBy(1); return true;
+    case VK_DOWN: ChangeBy(-1); return true;
+    case VK_PRIOR: ChangeBy(range_.PageStep()); return true;
+    case VK_NEXT: ChangeBy(-range_.PageStep()); return true;
+    case VK_RETURN: CommitText(); return false;
+    default: return false;
   }
 }
 

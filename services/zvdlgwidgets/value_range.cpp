@@ -7,9 +7,7 @@
 
 ValueRange ValueRange::Of(int first, int second) { return {std::min(first, second), std::max(first, second)}; }
 
-int ValueRange::Clamp(int64_t value) const {
-  return static_cast<int>(std::clamp<int64_t>(value, minimum, maximum));
-}
+int ValueRange::Clamp(int64_t value) const { return static_cast<int>(std::clamp<int64_t>(value, minimum, maximum)); }
 
 int ValueRange::PageStep() const {
   const int64_t span = int64_t{maximum} - minimum;

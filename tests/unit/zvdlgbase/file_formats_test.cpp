@@ -35,7 +35,7 @@ TEST(FileFormats, TiffTakesAllPageOperationsAndJpegNone) {
 
 TEST(FileFormats, StampLimitsHoldTheSizeThatDialogsFallBackTo) {
   constexpr int32_t kFallback = 120;
-  for (const int32_t format : {FMT_JPEG, FMT_EXIF_JPEG_420, FMT_CMP}) {
+  for (const int32_t format : {FMT_JPEG, FMT_EXIF_JPEG_420, FMT_CMP, FMT_TIFF}) {
     FORMATSTAMPLIMITS limits{};
     EXPECT_EQ(ERROR_BAD_RECORD_SIZE, GetFormatStampLimits(format, &limits));
     limits.uStructSize = sizeof limits;
