@@ -10,6 +10,7 @@ END_MESSAGE_MAP()
 namespace {
 
 constexpr UINT_PTR kOuterSubclassId = 1;
+constexpr WORD kHelpButton = 0x040E;  // pshHelp of dlgs.h
 
 // "Text|*.a|" becomes two strings with their terminators.
 CString SeparatedByNull(LPCTSTR filter) {
@@ -78,12 +79,16 @@ UINT_PTR CALLBACK CFileDialog::HookProcedure(HWND window, UINT message, WPARAM w
   return dialog->SubclassWindow(window) ? static_cast<UINT_PTR>(AfxWndProc(window, message, wParam, lParam)) : 0;
 }
 
-// F1 and the question mark on the system's own controls end at the system's dialog; they are meant for us.
+// F1 and the question mark on the system's own controls end at the system's dialog; they are meant for us. So is the Help
+// button, of which not every version of the system's dialog tells by CDN_HELP.
 LRESULT CALLBACK CFileDialog::OuterProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                              DWORD_PTR data) {
   const auto* const dialog = reinterpret_cast<CFileDialog*>(data);
   if (message == WM_HELP && dialog->m_hWnd && dialog->FindMessageEntry(WM_HELP, 0, 0)) {
     return ::SendMessageW(dialog->m_hWnd, message, wParam, lParam);
+  }
+  if (message == WM_COMMAND && wParam == MAKEWPARAM(kHelpButton, BN_CLICKED) && dialog->m_hWnd) {
+    return ::SendMessageW(dialog->m_hWnd, WM_COMMAND, ID_HELP, 0);
   }
   if (message == WM_NCDESTROY) {
     ::RemoveWindowSubclass(window, &CFileDialog::OuterProcedure, kOuterSubclassId);

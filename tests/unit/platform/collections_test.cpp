@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "tests/unit/platform/print_cstring.h"
+
 namespace {
 
 struct FoldedKey {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/unit/platform/print_cstring.h"
+
 namespace {
 
 TEST(CString, StartsEmptyAndTakesNullAsEmpty) {

@@ -4,6 +4,7 @@
 
 #include "platform/controls.h"
 #include "platform/module_context.h"
+#include "tests/unit/platform/print_cstring.h"
 
 namespace {
 
