@@ -38,6 +38,7 @@ run_tests() {
   ctest --test-dir "$folder" --output-on-failure --no-tests=error --output-junit "$report" "$@" || {
     say "$name: failures above; to run them again type: ctest --test-dir $folder --rerun-failed --output-on-failure"
   }
+  [[ -f $report ]] || die "no test ran in $folder; to see why type: ctest --test-dir $folder"
   counts=$(sed -n '/<testsuite /,/>/p' "$report" | tr '\n' ' ')
   bad=$(attribute failures "$counts")
   idle=$(($(attribute skipped "$counts") + $(attribute disabled "$counts")))
