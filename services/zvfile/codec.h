@@ -148,6 +148,8 @@ extern const Codec kCmpCodec;
 extern const Codec kWebpCodec;
 extern const Codec kJ2kCodec;
 extern const Codec kIconCodec;
+extern const Codec kPsdCodec;
+extern const Codec kXwdCodec;
 extern const Codec kMagickCodec;
 
 // The whole table, in order of preference.

@@ -29,6 +29,12 @@ constexpr const Codec* kCodecs[] = {
 #ifdef ZVFILE_ICON
     &kIconCodec,
 #endif
+#ifdef ZVFILE_PSD
+    &kPsdCodec,
+#endif
+#ifdef ZVFILE_XWD
+    &kXwdCodec,
+#endif
 #ifdef ZVFILE_MAGICK
     &kMagickCodec,
 #endif

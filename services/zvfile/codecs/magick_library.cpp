@@ -1,0 +1,151 @@
+#include "services/zvfile/codecs/magick_library.h"
+
+#include <cstdio>
+#include <new>
+#include <shared_mutex>
+
+#ifdef _WIN32
+// Says that the library is linked in statically and is the one built for threads.
+#define _LIB
+#define _MT
+#endif
+#include <magick/api.h>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace zvfile::magick {
+namespace {
+
+// Photographs of the formats concerned stay far below; the library keeps 8 bytes a pixel.
+constexpr int64_t kMaxMemory = int64_t{6} << 30;
+
+// Set once a fatal error has left the library half way: its locks may be held for ever, so it is not entered again.
+bool broken = false;
+
+// The library calls abort when this returns, so it does not.
+void ThrowFatal(const ExceptionType, const char*, const char*) {
+  broken = true;
+  throw std::bad_alloc();
+}
+
+void Ignore(const ExceptionType, const char*, const char*) {}
+
+// Start-up changes the process's error mode and crash filter on Windows; the host's own are put back.
+void Initialize() {
+#ifdef _WIN32
+  const UINT mode = GetErrorMode();
+  const LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(nullptr);
+#endif
+  ExceptionInfo exception;
+  GetExceptionInfo(&exception);
+  InitializeMagickEx("", MAGICK_OPT_NO_SIGNAL_HANDER, &exception);
+  DestroyExceptionInfo(&exception);
+#ifdef _WIN32
+  SetUnhandledExceptionFilter(filter);
+  SetErrorMode(mode);
+#endif
+}
+
+class Library {
+ public:
+  Library() {
+    Initialize();
+    SetFatalErrorHandler(ThrowFatal);
+    SetErrorHandler(Ignore);
+    SetWarningHandler(Ignore);
+    const Limits limits;
+    SetMagickResourceLimit(DiskResource, 0);
+    SetMagickResourceLimit(MapResource, 0);
+    SetMagickResourceLimit(ThreadsResource, 1);
+    SetMagickResourceLimit(MemoryResource, kMaxMemory);
+    SetMagickResourceLimit(WidthResource, limits.maxSide);
+    SetMagickResourceLimit(HeightResource, limits.maxSide);
+    SetMagickResourceLimit(PixelsResource, kMaxMemory / static_cast<int64_t>(sizeof(PixelPacket)));
+  }
+  // At the end of the process a thread may have been stopped inside the library; it is then left as it is.
+  ~Library() {
+    if (!broken && users_.try_lock()) {
+      DestroyMagick();
+      users_.unlock();
+    }
+  }
+  std::shared_mutex& Users() { return users_; }
+
+ private:
+  std::shared_mutex users_;
+};
+
+Library& TheLibrary() {
+  static Library library;
+  return library;
+}
+
+struct InfoDeleter {
+  void operator()(ImageInfo* info) const { DestroyImageInfo(info); }
+};
+using InfoPtr = std::unique_ptr<ImageInfo, InfoDeleter>;
+
+InfoPtr MakeInfo(const Format& format) {
+  InfoPtr info(CloneImageInfo(nullptr));
+  std::snprintf(info->magick, sizeof info->magick, "%s", format.reader);
+  std::snprintf(info->filename, sizeof info->filename, "%s:image", format.reader);
+  return info;
+}
+
+int32_t ResultOf(const ExceptionInfo& exception) {
+  const bool resource = exception.severity >= ResourceLimitError && exception.severity < TypeError;
+  if (resource) return ERROR_LIMIT_EXCEEDED;
+  const bool missing = exception.severity == OptionError;  // a scene beyond the last
+  return missing ? ERROR_PAGE_MISSING : ERROR_FILE_DAMAGED;
+}
+
+// A reader that comes to the end of its data too soon gives what it has and says so in the image alone.
+bool IsWhole(const Image& image) { return image.exception.severity < ErrorException; }
+
+}  // namespace
+
+void ImageDeleter::operator()(_Image* image) const {
+  if (!broken) DestroyImageList(image);
+}
+
+int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t page, IMAGESIZE size, const Limits& limits,
+               ImagePtr& image) {
+  if (page < 1 || page > limits.maxPages) return ERROR_PAGE_MISSING;
+  const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
+  if (broken) return ERROR_OUT_OF_MEMORY;
+  const InfoPtr info = MakeInfo(format);
+  if (page > 1) {
+    info->subimage = static_cast<unsigned long>(page) - 1;
+    info->subrange = 1;
+  }
+  if (size.width > 0 && size.height > 0) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%dx%d", size.width, size.height);
+    CloneString(&info->size, text);
+  }
+  ExceptionInfo exception;
+  GetExceptionInfo(&exception);
+  image.reset(BlobToImage(info.get(), bytes.data(), bytes.size(), &exception));
+  int32_t result = SUCCESS;
+  if (!image || exception.severity >= ErrorException) result = ResultOf(exception);
+  if (result == SUCCESS && !IsWhole(*image)) result = ERROR_FILE_DAMAGED;
+  DestroyExceptionInfo(&exception);
+  if (result != SUCCESS) return result;
+  return limits.CheckImage(static_cast<int64_t>(image->columns), static_cast<int64_t>(image->rows), 64);
+}
+
+int32_t CountPages(std::span<const uint8_t> bytes, const Format& format, const Limits& limits, int32_t& pages) {
+  const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
+  if (broken) return ERROR_OUT_OF_MEMORY;
+  const InfoPtr info = MakeInfo(format);
+  ExceptionInfo exception;
+  GetExceptionInfo(&exception);
+  const ImagePtr images(PingBlob(info.get(), bytes.data(), bytes.size(), &exception));
+  pages = images ? static_cast<int32_t>(std::min<size_t>(GetImageListLength(images.get()), limits.maxPages)) : 0;
+  DestroyExceptionInfo(&exception);
+  return pages > 0 ? SUCCESS : ERROR_FILE_DAMAGED;
+}
+
+}  // namespace zvfile::magick
