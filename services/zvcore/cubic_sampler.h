@@ -12,23 +12,28 @@
 
 namespace zvcore {
 
-// Weights of four neighbouring pixels for each of 1024 positions between the middle two.
+// Weights of four neighbouring pixels by a 32.32 position, whose fraction lies between the middle two.
 class CubicWeights {
  public:
-  static constexpr int kPhaseBits = 10;
-
   // ERROR_OUT_OF_MEMORY.
   int32_t Prepare(bool linear);
-  // The phase of a 32.32 position.
-  static size_t Phase(int64_t position) { return static_cast<size_t>(position >> (32 - kPhaseBits)) & ((1u << kPhaseBits) - 1); }
-  // Sum 16384.
-  const int16_t* Fixed(size_t phase) const { return fixed.data() + phase * 4; }
-  // Sum 1.
-  const float* Real(size_t phase) const { return real.data() + phase * 4; }
+  // Sum 16384; to the nearest of 1024 positions.
+  const int16_t* Fixed(int64_t position) const {
+    return fixed.data() + (static_cast<size_t>(position >> (32 - kPhaseBits)) & (kPhases - 1)) * 4;
+  }
+  // Sum 1; polynomials of the fraction.
+  __m128 Real(int64_t position) const {
+    const __m128 t = _mm_set1_ps(static_cast<float>(static_cast<uint32_t>(position)) * (1.0f / 4294967296.0f));
+    __m128 sum = _mm_add_ps(_mm_mul_ps(cubed, t), squared);
+    sum = _mm_add_ps(_mm_mul_ps(sum, t), plain);
+    return _mm_add_ps(_mm_mul_ps(sum, t), constant);
+  }
 
  private:
+  static constexpr int kPhaseBits = 10;
+  static constexpr size_t kPhases = size_t{1} << kPhaseBits;
   Buffer<int16_t> fixed;
-  Buffer<float> real;
+  __m128 cubed, squared, plain, constant;
 };
 
 // at is the upper left of the four by four pixels; rows are step bytes apart, and 16 bytes of each are read. The
@@ -87,7 +92,16 @@ inline __m128 LoadReal(const uint8_t* at) {
 // As SampleBytes for any channels. With alpha, colours are multiplied by it on the way in when they are not yet; the result
 // is always multiplied.
 template <typename T, int channels>
-inline __m128 SampleReal(const uint8_t* at, int64_t step, const float* across, const float* down, bool multiply) {
+inline __m128 SampleReal(const uint8_t* at, int64_t step, __m128 across, __m128 down, bool multiply) {
+  const auto spread = [](__m128 weights, __m128 (&out)[4]) {
+    out[0] = _mm_shuffle_ps(weights, weights, 0x00);
+    out[1] = _mm_shuffle_ps(weights, weights, 0x55);
+    out[2] = _mm_shuffle_ps(weights, weights, 0xAA);
+    out[3] = _mm_shuffle_ps(weights, weights, 0xFF);
+  };
+  __m128 columnWeights[4], rowWeights[4];
+  spread(across, columnWeights);
+  spread(down, rowWeights);
   constexpr float kShare = sizeof(T) == 1 ? 1 / 255.0f : 1 / 65535.0f;
   const __m128 colorShare = _mm_setr_ps(kShare, kShare, kShare, 0), alphaItself = _mm_setr_ps(0, 0, 0, 1);
   __m128 sum = _mm_setzero_ps();
@@ -99,9 +113,9 @@ inline __m128 SampleReal(const uint8_t* at, int64_t step, const float* across, c
         const __m128 alpha = _mm_shuffle_ps(pixel, pixel, 0xFF);
         pixel = _mm_mul_ps(pixel, _mm_add_ps(_mm_mul_ps(alpha, colorShare), alphaItself));
       }
-      line = _mm_add_ps(line, _mm_mul_ps(pixel, _mm_set1_ps(across[column])));
+      line = _mm_add_ps(line, _mm_mul_ps(pixel, columnWeights[column]));
     }
-    sum = _mm_add_ps(sum, _mm_mul_ps(line, _mm_set1_ps(down[row])));
+    sum = _mm_add_ps(sum, _mm_mul_ps(line, rowWeights[row]));
   }
   return sum;
 }

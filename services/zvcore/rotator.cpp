@@ -62,8 +62,7 @@ struct ByteChannels {
   const CubicWeights& weights;
 
   void Sample(const uint8_t* at, int64_t step, Position position, uint8_t* out) const {
-    const uint32_t pixel = SampleBytes<count>(at, step, weights.Fixed(CubicWeights::Phase(position.x)),
-                                              weights.Fixed(CubicWeights::Phase(position.y)));
+    const uint32_t pixel = SampleBytes<count>(at, step, weights.Fixed(position.x), weights.Fixed(position.y));
     std::memcpy(out, &pixel, count);
   }
 };
@@ -79,8 +78,8 @@ struct RealChannels {
   void Sample(const uint8_t* at, int64_t step, Position position, uint8_t* out) const {
     constexpr float kHighest = sizeof(T) == 1 ? 255.0f : 65535.0f;
     alignas(16) float values[4];
-    _mm_store_ps(values, SampleReal<T, count>(at, step, weights.Real(CubicWeights::Phase(position.x)),
-                                              weights.Real(CubicWeights::Phase(position.y)), alpha && !premultiplied));
+    _mm_store_ps(values, SampleReal<T, count>(at, step, weights.Real(position.x), weights.Real(position.y),
+                                              alpha && !premultiplied));
     if (alpha) FinishAlpha(values, kHighest);
     T pixel[4];
     for (int c = 0; c < count; ++c) pixel[c] = static_cast<T>(std::clamp(values[c] + 0.5f, 0.0f, kHighest));

@@ -12,7 +12,7 @@ __m128i Load(const uint8_t* at) { return _mm_loadu_si128(reinterpret_cast<const 
 __m128i LoadHalf(const uint8_t* at) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(at)); }
 void Store(uint8_t* at, __m128i value) { _mm_storeu_si128(reinterpret_cast<__m128i*>(at), value); }
 void StoreLow(uint8_t* at, __m128i value) { _mm_storel_epi64(reinterpret_cast<__m128i*>(at), value); }
-void StoreHigh(uint8_t* at, __m128i value) { _mm_storeh_pd(reinterpret_cast<double*>(at), _mm_castsi128_pd(value)); }
+void StoreHigh(uint8_t* at, __m128i value) { StoreLow(at, _mm_unpackhi_epi64(value, value)); }
 
 // One square block of pixels of so many bytes. Each knows its side.
 template <int pixelBytes>
