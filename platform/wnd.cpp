@@ -1,6 +1,7 @@
 #include "platform/wnd.h"
 
 #include <algorithm>
+#include <atomic>
 #include <set>
 #include <utility>
 
@@ -45,6 +46,22 @@ class ObjectPropertyAtom {
 LPCWSTR ObjectProperty() {
   static const ObjectPropertyAtom atom;
   return atom.Name();
+}
+
+// Reading a property costs a round trip to another process on some systems, and every message needs one. So each thread
+// remembers its latest answers, until any object of the module is bound or unbound.
+struct RememberedObject {
+  HWND window;
+  CWnd* object;
+  unsigned generation;
+};
+
+std::atomic<unsigned> bindingGeneration = 1;
+
+RememberedObject& RememberedSlot(HWND window) {
+  constexpr size_t kSlots = 64;
+  static thread_local RememberedObject slots[kSlots];
+  return slots[(reinterpret_cast<UINT_PTR>(window) >> 1) % kSlots];
 }
 
 bool IsSpecial(HWND window) {
@@ -170,14 +187,19 @@ BOOL CWnd::Attach(HWND window) {
   if (!window || m_hWnd) {
     return FALSE;
   }
+  if (!::SetPropW(window, ObjectProperty(), this)) {
+    return FALSE;
+  }
   m_hWnd = window;
-  return ::SetPropW(window, ObjectProperty(), this);
+  ++bindingGeneration;
+  return TRUE;
 }
 
 HWND CWnd::Detach() {
   const HWND window = std::exchange(m_hWnd, nullptr);
   if (window && FromHandlePermanent(window) == this) {
     ::RemovePropW(window, ObjectProperty());
+    ++bindingGeneration;
   }
   superProcedure_ = nullptr;
   return window;
@@ -206,7 +228,15 @@ HWND CWnd::UnsubclassWindow() {
 }
 
 CWnd* CWnd::FromHandlePermanent(HWND window) {
-  return window ? static_cast<CWnd*>(::GetPropW(window, ObjectProperty())) : nullptr;
+  if (!window) {
+    return nullptr;
+  }
+  RememberedObject& slot = RememberedSlot(window);
+  const unsigned generation = bindingGeneration;
+  if (slot.window != window || slot.generation != generation) {
+    slot = {window, static_cast<CWnd*>(::GetPropW(window, ObjectProperty())), generation};
+  }
+  return slot.object;
 }
 
 CWnd* CWnd::FromHandle(HWND window) {
