@@ -4,11 +4,6 @@
 #include <new>
 #include <shared_mutex>
 
-#ifdef _WIN32
-// Says that the library is linked in statically and is the one built for threads.
-#define _LIB
-#define _MT
-#endif
 #include <magick/api.h>
 
 #ifdef _WIN32

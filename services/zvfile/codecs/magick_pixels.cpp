@@ -3,10 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#ifdef _WIN32
-#define _LIB
-#define _MT
-#endif
 #include <magick/api.h>
 
 namespace zvfile::magick {
