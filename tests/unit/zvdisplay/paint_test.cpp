@@ -1,0 +1,193 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "services/zvdisplay/zvdisplay.h"
+
+namespace {
+
+// A memory device of 32-bit pixels, white at first.
+class Canvas {
+ public:
+  Canvas(int width, int height) : width_(width), height_(height), device_(CreateCompatibleDC(nullptr)) {
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    bitmap_ = CreateDIBSection(device_, &info, DIB_RGB_COLORS, &bits_, nullptr, 0);
+    former_ = SelectObject(device_, bitmap_);
+    std::memset(bits_, 0xFF, size_t(width) * height * 4);
+  }
+  Canvas(const Canvas&) = delete;
+  Canvas& operator=(const Canvas&) = delete;
+  ~Canvas() {
+    SelectObject(device_, former_);
+    DeleteObject(bitmap_);
+    DeleteDC(device_);
+  }
+  HDC device() const { return device_; }
+  COLORREF At(int x, int y) const {
+    GdiFlush();
+    const auto* pixel = static_cast<const uint8_t*>(bits_) + (size_t(y) * width_ + x) * 4;
+    return RGB(pixel[2], pixel[1], pixel[0]);
+  }
+  RECT All() const { return {0, 0, width_, height_}; }
+
+ private:
+  int width_, height_;
+  HDC device_;
+  HBITMAP bitmap_;
+  HGDIOBJ former_;
+  void* bits_ = nullptr;
+};
+
+class Picture {
+ public:
+  Picture(int width, int height, int bits, int order = ORDER_BGR) {
+    EXPECT_EQ(CreateBitmap(&handle, sizeof handle, MEMORY_CONVENTIONAL, width, height, bits, order, nullptr,
+                           VIEW_TOP_LEFT, nullptr, 0),
+              SUCCESS);
+  }
+  Picture(const Picture&) = delete;
+  Picture& operator=(const Picture&) = delete;
+  ~Picture() { FreeBitmap(&handle); }
+  void SetRow(int row, const std::vector<uint8_t>& bytes) {
+    EXPECT_EQ(PutBitmapRow(&handle, bytes.data(), row, int(bytes.size())), int(bytes.size()));
+  }
+
+  BITMAPHANDLE handle{};
+};
+
+constexpr COLORREF kRed = RGB(255, 0, 0), kGreen = RGB(0, 255, 0), kBlue = RGB(0, 0, 255), kWhite = RGB(255, 255, 255);
+const std::vector<uint8_t> kRedGreen = {0, 0, 255, 0, 255, 0};
+const std::vector<uint8_t> kBlueWhite = {255, 0, 0, 255, 255, 255};
+
+// Stored as red green / blue white.
+class FourColors : public Picture {
+ public:
+  FourColors() : Picture(2, 2, 24) {
+    SetRow(0, kRedGreen);
+    SetRow(1, kBlueWhite);
+  }
+};
+
+int32_t Paint(const Canvas& canvas, const BITMAPHANDLE& bitmap, const RECT* source = nullptr,
+              const RECT* clip = nullptr) {
+  const RECT all = canvas.All();
+  return PaintBitmap(canvas.device(), &bitmap, source, nullptr, &all, clip, SRCCOPY);
+}
+
+struct Turned {
+  int perspective;
+  COLORREF topLeft, topRight, bottomLeft, bottomRight;
+};
+
+class PaintPerspective : public testing::TestWithParam<Turned> {};
+
+TEST_P(PaintPerspective, ShowsThePictureAsItIsToBeLookedAt) {
+  FourColors picture;
+  picture.handle.viewPerspective = GetParam().perspective;
+  Canvas canvas(8, 8);
+  ASSERT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  EXPECT_EQ(canvas.At(1, 1), GetParam().topLeft);
+  EXPECT_EQ(canvas.At(6, 1), GetParam().topRight);
+  EXPECT_EQ(canvas.At(1, 6), GetParam().bottomLeft);
+  EXPECT_EQ(canvas.At(6, 6), GetParam().bottomRight);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PaintPerspective,
+                         testing::Values(Turned{VIEW_TOP_LEFT, kRed, kGreen, kBlue, kWhite},
+                                         Turned{VIEW_TOP_RIGHT, kGreen, kRed, kWhite, kBlue},
+                                         Turned{VIEW_BOTTOM_RIGHT, kWhite, kBlue, kGreen, kRed},
+                                         Turned{VIEW_BOTTOM_LEFT, kBlue, kWhite, kRed, kGreen},
+                                         Turned{VIEW_LEFT_TOP, kRed, kBlue, kGreen, kWhite},
+                                         Turned{VIEW_RIGHT_TOP, kBlue, kRed, kWhite, kGreen},
+                                         Turned{VIEW_RIGHT_BOTTOM, kWhite, kGreen, kBlue, kRed},
+                                         Turned{VIEW_LEFT_BOTTOM, kGreen, kWhite, kRed, kBlue}),
+                         [](const auto& info) { return "Perspective" + std::to_string(info.param.perspective); });
+
+TEST(Paint, TakesTheSourceRectangleOfTheTurnedPicture) {
+  FourColors picture;
+  picture.handle.viewPerspective = VIEW_RIGHT_TOP;
+  Canvas canvas(4, 4);
+  const RECT source{1, 0, 2, 1};
+  ASSERT_EQ(Paint(canvas, picture.handle, &source), SUCCESS);
+  EXPECT_EQ(canvas.At(0, 0), kRed);
+  EXPECT_EQ(canvas.At(3, 3), kRed);
+}
+
+TEST(Paint, TouchesNothingOutsideTheDestinationClip) {
+  FourColors picture;
+  Canvas canvas(8, 8);
+  const RECT clip{0, 0, 4, 8};
+  ASSERT_EQ(Paint(canvas, picture.handle, nullptr, &clip), SUCCESS);
+  EXPECT_EQ(canvas.At(1, 1), kRed);
+  EXPECT_EQ(canvas.At(6, 1), kWhite);
+}
+
+TEST(Paint, AveragesWhatItMakesSmaller) {
+  Picture picture(64, 64, 8, ORDER_GRAY);
+  for (int row = 0; row < 64; ++row) picture.SetRow(row, std::vector<uint8_t>(64, row % 2 ? 200 : 100));
+  Canvas canvas(8, 8);
+  ASSERT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  EXPECT_NEAR(GetRValue(canvas.At(4, 4)), 150, 1);
+}
+
+TEST(Paint, ShowsAFaxPageInGreys) {
+  Picture page(1728, 2200, 1);
+  for (int row = 0; row < 2200; ++row) page.SetRow(row, std::vector<uint8_t>(216, 0xAA));
+  Canvas canvas(108, 100);
+  ASSERT_EQ(Paint(canvas, page.handle), SUCCESS);
+  EXPECT_NEAR(GetGValue(canvas.At(50, 50)), 127, 3);
+}
+
+TEST(Paint, BlendsAlphaOntoTheDevice) {
+  Picture picture(2, 1, 32);
+  picture.handle.flags |= BITMAP_FLAG_ALPHA;
+  picture.SetRow(0, {0, 0, 255, 0, 0, 0, 255, 255});
+  Canvas canvas(4, 2);
+  ASSERT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  EXPECT_EQ(canvas.At(0, 0), kWhite);
+  EXPECT_EQ(canvas.At(3, 1), kRed);
+}
+
+TEST(Paint, FollowsTheBrightnessOfTheHandle) {
+  Picture picture(1, 1, 24);
+  picture.SetRow(0, {10, 20, 30});
+  ASSERT_EQ(SetBitmapViewValueA(&picture.handle, 100), SUCCESS);
+  Canvas canvas(2, 2);
+  ASSERT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  EXPECT_EQ(canvas.At(0, 0), RGB(130, 120, 110));
+}
+
+TEST(Paint, RefusesWhatHasNoPixels) {
+  Canvas canvas(2, 2);
+  BITMAPHANDLE empty{};
+  empty.uStructSize = sizeof empty;
+  EXPECT_EQ(Paint(canvas, empty), ERROR_NO_IMAGE);
+  EXPECT_EQ(PaintBitmap(canvas.device(), nullptr, nullptr, nullptr, nullptr, nullptr, SRCCOPY), ERROR_BAD_ARGUMENT);
+}
+
+TEST(Print, FillsTheRectangleBandByBand) {
+  Picture picture(16, 3000, 24);
+  ASSERT_EQ(FillBitmap(&picture.handle, kBlue), SUCCESS);
+  Canvas canvas(20, 300);
+  ASSERT_EQ(PrintBitmap(canvas.device(), &picture.handle, 2, 0, 16, 300, 0), SUCCESS);
+  for (int y = 0; y < 300; ++y) ASSERT_EQ(canvas.At(9, y), kBlue) << y;
+  EXPECT_EQ(canvas.At(0, 0), kWhite);
+}
+
+TEST(ViewValues, AreNeutralInAFreshHandle) {
+  Picture picture(1, 1, 24);
+  EXPECT_EQ(GetBitmapViewValueA(&picture.handle), 0);
+  EXPECT_EQ(GetBitmapViewValueB(&picture.handle), 100);
+  EXPECT_EQ(GetBitmapViewValueC(&picture.handle), 0);
+}
+
+TEST(DisplayMode, ChangesTheBitsOfTheMaskAlone) {
+  const uint32_t former = SetDisplayMode(DISPLAY_MODE_SCALE_QUALITY, 0);
+  EXPECT_EQ(former & DISPLAY_MODE_SCALE_QUALITY, DISPLAY_MODE_SCALE_QUALITY);
+  EXPECT_EQ(SetDisplayMode(DISPLAY_MODE_SCALE_QUALITY, DISPLAY_MODE_SCALE_QUALITY),
+            former & ~DISPLAY_MODE_SCALE_QUALITY);
+}
+
+}  // namespace
