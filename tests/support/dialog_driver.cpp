@@ -139,6 +139,10 @@ void WaitUntilClosed(HWND window) {
 }
 
 HWND FindControl(HWND dialog, int controlId) {
+  // The dialog's own controls go before those of the windows in it: the shell's views number theirs as they like.
+  if (const HWND own = ::GetDlgItem(dialog, controlId)) {
+    return own;
+  }
   struct Search {
     int id;
     HWND found;
