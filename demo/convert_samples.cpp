@@ -36,7 +36,7 @@ bool ConvertTo(const std::wstring& format, const std::filesystem::path& destinat
   FILECONVERSIONDLGPARAMS params{};
   params.uStructSize = sizeof params;
   params.fileList = files.c_str();
-  params.overwriteMode = OVERWRITE_REPLACE;
+  params.overwriteMode = OVERWRITE_RENAME;
   params.uiFlags = 0x0003FFFE;
   lstrcpynW(params.destinationFolder, destination.c_str(), ZVDLG_PATH_LENGTH);
 
