@@ -45,23 +45,12 @@ int32_t SetPalette(const BITMAPHANDLE& source, const ZVPALETTEENTRY* palette, in
   return SUCCESS;
 }
 
-int32_t ConvertPlain(const BITMAPHANDLE& source, BITMAPHANDLE& result) {
-  RowConverter converter;
-  int32_t status = converter.Prepare(source, result, source.width);
-  Progress progress(source.height);
-  for (int32_t y = 0; status == SUCCESS && y < source.height; ++y) {
-    converter.Convert(RowAt(source, y), WritableRowAt(result, y), source.width);
-    status = progress.Reached(y + 1);
-  }
-  return status;
-}
-
 template <int bits>
 void PutIndices(const uint8_t* indices, int32_t width, uint8_t* row) {
   for (int32_t x = 0; x < width; ++x) PutIndexAt<bits>(row, x, indices[x]);
 }
 
-int32_t ConvertDithered(const BITMAPHANDLE& source, BITMAPHANDLE& result) {
+int32_t ConvertDithered(const BITMAPHANDLE& source, BITMAPHANDLE& result, Progress& progress) {
   ZVPALETTEENTRY palette[256];
   ColorMatcher matcher;
   int32_t status = matcher.Prepare(palette, CompletePalette(result, palette));
@@ -73,7 +62,6 @@ int32_t ConvertDithered(const BITMAPHANDLE& source, BITMAPHANDLE& result) {
   const auto width = static_cast<size_t>(source.width);
   if (!pixels.Allocate(width) || !indices.Allocate(width)) return ERROR_OUT_OF_MEMORY;
   CompletePalette(source, palette);
-  Progress progress(source.height);
   for (int32_t y = 0; status == SUCCESS && y < source.height; ++y) {
     DecodeRow(source, palette, RowAt(source, y), source.width, pixels.data());
     if (HasAlpha(source)) BlendOnWhite(pixels.data(), source.width);
@@ -106,7 +94,8 @@ int32_t ConvertBitmapDepth(BITMAPHANDLE* bitmap, int32_t bitsPerPixel, int32_t o
   if (!HasAlpha(*bitmap)) converted->flags &= ~(BITMAP_FLAG_ALPHA | BITMAP_FLAG_PREMULTIPLIED);
   if (bitsPerPixel <= 8) status = SetPalette(*bitmap, palette, order, *converted);
   if (status != SUCCESS) return status;
-  status = IsIndexed(*converted) && dither ? ConvertDithered(*bitmap, *converted) : ConvertPlain(*bitmap, *converted);
+  Progress progress(bitmap->height);
+  status = IsIndexed(*converted) && dither ? ConvertDithered(*bitmap, *converted, progress) : ConvertAllRows(*bitmap, *converted, &progress);
   if (status != SUCCESS) return status;
   converted.MoveInto(*bitmap);
   return SUCCESS;

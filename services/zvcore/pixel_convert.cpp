@@ -222,6 +222,16 @@ void RowConverter::Convert(const uint8_t* in, uint8_t* out, int32_t pixels) {
   wide.size() ? ConvertBy(wide, in, out, pixels) : ConvertBy(narrow, in, out, pixels);
 }
 
+int32_t ConvertAllRows(const BITMAPHANDLE& source, BITMAPHANDLE& destination, Progress* progress) {
+  RowConverter converter;
+  int32_t status = converter.Prepare(source, destination, source.width);
+  for (int32_t row = 0; status == SUCCESS && row < source.height; ++row) {
+    converter.Convert(RowAt(source, row), WritableRowAt(destination, row), source.width);
+    if (progress) status = progress->Reached(row + 1);
+  }
+  return status;
+}
+
 }  // namespace zvcore
 
 int32_t ConvertPixelRow(const BITMAPHANDLE* sourceFormat, const void* source, const BITMAPHANDLE* destinationFormat,

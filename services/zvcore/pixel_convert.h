@@ -8,6 +8,7 @@
 
 #include "services/zvcore/color_matcher.h"
 #include "services/zvcore/memory.h"
+#include "services/zvcore/progress.h"
 #include "services/zvcore/zvcore.h"
 
 namespace zvcore {
@@ -51,6 +52,9 @@ class RowConverter {
   Buffer<Pixel8> narrow;
   Buffer<Pixel16> wide;
 };
+
+// Converts all rows between bitmaps of one size, with progress when it is wanted. ERROR_OUT_OF_MEMORY, ERROR_USER_ABORT.
+int32_t ConvertAllRows(const BITMAPHANDLE& source, BITMAPHANDLE& destination, Progress* progress = nullptr);
 
 }  // namespace zvcore
 

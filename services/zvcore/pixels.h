@@ -20,6 +20,10 @@ inline uint64_t PixelBytes(const BITMAPHANDLE& bitmap) {
   return static_cast<uint64_t>(bitmap.bytesPerLine) * static_cast<uint64_t>(bitmap.height);
 }
 
+inline bool IsSizeMethod(int32_t method) {
+  return method == SIZE_NEAREST || method == SIZE_BILINEAR || method == SIZE_BICUBIC;
+}
+
 inline bool HasPixels(const BITMAPHANDLE* bitmap) {
   return bitmap && (bitmap->flags & BITMAP_FLAG_ALLOCATED) && bitmap->data;
 }

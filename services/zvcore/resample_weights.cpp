@@ -10,11 +10,13 @@ namespace {
 
 constexpr int kMaxFractionBits = 14;
 
+double Ratio(const Axis& axis) { return static_cast<double>(axis.sourceSize) / axis.destinationSize; }
+
 // Produces spans and weights of one axis, the largest weight of a span being 1 at most.
 class AxisGeometry {
  public:
-  AxisGeometry(AxisFilter axisFilter, int32_t source, int32_t destination)
-      : filter(axisFilter), sourceSize(source), destinationSize(destination), ratio(static_cast<double>(source) / destination) {}
+  explicit AxisGeometry(const Axis& axis)
+      : filter(axis.filter), sourceSize(axis.sourceSize), destinationSize(axis.destinationSize), ratio(Ratio(axis)) {}
 
   int32_t MaxCount() const {
     const double width = filter == AxisFilter::kArea ? ratio + 2 : filter == AxisFilter::kCubic ? 4 : 2 * Reach() + 2;
@@ -78,15 +80,15 @@ class AxisGeometry {
   double ratio;
 };
 
-int32_t AllocateSpans(const AxisGeometry& geometry, int32_t destinationSize, AxisWeights& weights, Buffer<double>& row) {
+int32_t AllocateSpans(const AxisGeometry& geometry, int32_t count, AxisWeights& weights, Buffer<double>& row) {
   weights.stride = (geometry.MaxCount() + 3) & ~3;
-  const bool enough = weights.spans.Allocate(static_cast<size_t>(destinationSize)) &&
+  const bool enough = weights.spans.Allocate(static_cast<size_t>(count)) &&
                       row.Allocate(static_cast<size_t>(weights.stride) + 4);
   return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
 }
 
-size_t TableSize(const AxisWeights& weights, int32_t destinationSize) {
-  return static_cast<size_t>(weights.stride) * static_cast<size_t>(destinationSize);
+size_t TableSize(const AxisWeights& weights, int32_t count) {
+  return static_cast<size_t>(weights.stride) * static_cast<size_t>(count);
 }
 
 }  // namespace
@@ -103,24 +105,22 @@ AxisFilter FilterFor(int32_t method, int32_t sourceSize, int32_t destinationSize
   return destinationSize > sourceSize ? AxisFilter::kCubic : AxisFilter::kArea;
 }
 
-bool FixedPointSuits(AxisFilter filter, int32_t sourceSize, int32_t destinationSize) {
-  const double ratio = static_cast<double>(sourceSize) / destinationSize;
-  return ratio <= (filter == AxisFilter::kTriangle ? 8 : 1024);
+bool FixedPointSuits(const Axis& axis) {
+  return Ratio(axis) <= (axis.filter == AxisFilter::kTriangle ? 8 : 1024);
 }
 
-int32_t BuildFixedWeights(AxisFilter filter, int32_t sourceSize, int32_t destinationSize, int32_t largestSample,
-                          AxisWeights& weights) {
-  const AxisGeometry geometry(filter, sourceSize, destinationSize);
+int32_t BuildFixedWeights(const Axis& axis, int32_t largestSample, AxisWeights& weights) {
+  const AxisGeometry geometry(axis);
   Buffer<double> row;
-  if (AllocateSpans(geometry, destinationSize, weights, row) != SUCCESS) return ERROR_OUT_OF_MEMORY;
-  if (!weights.fixed.Allocate(TableSize(weights, destinationSize))) return ERROR_OUT_OF_MEMORY;
-  if (!weights.fixedScale.Allocate(static_cast<size_t>(destinationSize))) return ERROR_OUT_OF_MEMORY;
+  if (AllocateSpans(geometry, axis.count, weights, row) != SUCCESS) return ERROR_OUT_OF_MEMORY;
+  if (!weights.fixed.Allocate(TableSize(weights, axis.count))) return ERROR_OUT_OF_MEMORY;
+  if (!weights.fixedScale.Allocate(static_cast<size_t>(axis.count))) return ERROR_OUT_OF_MEMORY;
   // The sum of the weights is about the reduction; a quarter more for the negative lobes of the cubic kernel.
-  const double room = 2147483647.0 / largestSample / (1.25 * (static_cast<double>(sourceSize) / destinationSize + 1));
+  const double room = 2147483647.0 / largestSample / (1.25 * (Ratio(axis) + 1));
   const int fractionBits = std::clamp(static_cast<int>(std::floor(std::log2(room))), 0, kMaxFractionBits);
   const double one = 1 << fractionBits;
-  for (int32_t i = 0; i < destinationSize; ++i) {
-    const AxisSpan span = geometry.Compute(i, row.data());
+  for (int32_t i = 0; i < axis.count; ++i) {
+    const AxisSpan span = geometry.Compute(axis.first + i, row.data());
     int16_t* out = weights.fixed.data() + static_cast<size_t>(i) * static_cast<size_t>(weights.stride);
     int64_t sum = 0;
     for (int32_t k = 0; k < span.count; ++k) {
@@ -134,13 +134,13 @@ int32_t BuildFixedWeights(AxisFilter filter, int32_t sourceSize, int32_t destina
   return SUCCESS;
 }
 
-int32_t BuildRealWeights(AxisFilter filter, int32_t sourceSize, int32_t destinationSize, AxisWeights& weights) {
-  const AxisGeometry geometry(filter, sourceSize, destinationSize);
+int32_t BuildRealWeights(const Axis& axis, AxisWeights& weights) {
+  const AxisGeometry geometry(axis);
   Buffer<double> row;
-  if (AllocateSpans(geometry, destinationSize, weights, row) != SUCCESS) return ERROR_OUT_OF_MEMORY;
-  if (!weights.real.Allocate(TableSize(weights, destinationSize))) return ERROR_OUT_OF_MEMORY;
-  for (int32_t i = 0; i < destinationSize; ++i) {
-    const AxisSpan span = geometry.Compute(i, row.data());
+  if (AllocateSpans(geometry, axis.count, weights, row) != SUCCESS) return ERROR_OUT_OF_MEMORY;
+  if (!weights.real.Allocate(TableSize(weights, axis.count))) return ERROR_OUT_OF_MEMORY;
+  for (int32_t i = 0; i < axis.count; ++i) {
+    const AxisSpan span = geometry.Compute(axis.first + i, row.data());
     double sum = 0;
     for (int32_t k = 0; k < span.count; ++k) sum += row[static_cast<size_t>(k)];
     float* out = weights.real.data() + static_cast<size_t>(i) * static_cast<size_t>(weights.stride);

@@ -15,6 +15,15 @@ namespace zvcore {
 
 enum class AxisFilter { kArea, kTriangle, kCubic };
 
+// One axis of a resampling: the two sizes, and the part of the destination that is wanted.
+struct Axis {
+  AxisFilter filter;
+  int32_t sourceSize;
+  int32_t destinationSize;
+  int32_t first;
+  int32_t count;
+};
+
 // What SIZE_BILINEAR or SIZE_BICUBIC mean for an axis of that reduction or enlargement.
 AxisFilter FilterFor(int32_t method, int32_t sourceSize, int32_t destinationSize);
 
@@ -23,7 +32,7 @@ struct AxisSpan {
   int32_t count;  // samples, at least 1, all inside the source
 };
 
-// Weights of one axis. Row i of a table begins at i * stride; its entries past the span's count are 0.
+// Weights of one axis, for the destination samples that are wanted. Row i of a table begins at i * stride; its entries past the span's count are 0.
 struct AxisWeights {
   Buffer<AxisSpan> spans;
   Buffer<int16_t> fixed;    // weights times 2^fractionBits for the largest
@@ -37,13 +46,12 @@ struct AxisWeights {
 };
 
 // Whether fixed-point weights keep the result within a fraction of a level for that axis. Beyond, real ones are to be used.
-bool FixedPointSuits(AxisFilter filter, int32_t sourceSize, int32_t destinationSize);
+bool FixedPointSuits(const Axis& axis);
 
 // Fills either the fixed or the real table. largestSample bounds the magnitude of the samples that will be summed in 32 bits.
 // ERROR_OUT_OF_MEMORY.
-int32_t BuildFixedWeights(AxisFilter filter, int32_t sourceSize, int32_t destinationSize, int32_t largestSample,
-                          AxisWeights& weights);
-int32_t BuildRealWeights(AxisFilter filter, int32_t sourceSize, int32_t destinationSize, AxisWeights& weights);
+int32_t BuildFixedWeights(const Axis& axis, int32_t largestSample, AxisWeights& weights);
+int32_t BuildRealWeights(const Axis& axis, AxisWeights& weights);
 
 // The cubic kernel at a distance from its centre, in samples.
 double CubicWeight(double distance);

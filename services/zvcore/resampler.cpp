@@ -17,18 +17,19 @@ namespace {
 // Each destination pixel takes the source pixel that its centre falls into.
 class NearestResampler : public Resampler {
  public:
-  NearestResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to) : source(from), destination(to) {}
+  NearestResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, const ResampleFrame& whole)
+      : source(from), destination(to), frame(whole) {}
 
   int32_t Prepare() override {
     if (!columns.Allocate(static_cast<size_t>(destination.width))) return ERROR_OUT_OF_MEMORY;
     for (int32_t x = 0; x < destination.width; ++x) {
-      columns[static_cast<size_t>(x)] = SourceOf(x, source.width, destination.width);
+      columns[static_cast<size_t>(x)] = SourceOf(frame.left + x, source.width, frame.width);
     }
     return SUCCESS;
   }
 
   void MakeRow(int32_t row) override {
-    const int32_t sourceRow = SourceOf(row, source.height, destination.height);
+    const int32_t sourceRow = SourceOf(frame.top + row, source.height, frame.height);
     uint8_t* out = WritableRowAt(destination, row);
     if (sourceRow == lastSourceRow) {
       std::memcpy(out, RowAt(destination, row - 1), static_cast<size_t>(LineBytes(destination.width, destination.bitsPerPixel)));
@@ -73,6 +74,7 @@ class NearestResampler : public Resampler {
 
   const BITMAPHANDLE& source;
   BITMAPHANDLE& destination;
+  ResampleFrame frame;
   Buffer<int32_t> columns;
   int32_t lastSourceRow = -1;
 };
@@ -83,19 +85,17 @@ constexpr int32_t kRing = 4;  // filtered rows that an enlargement needs at a ti
 // rows for an enlargement.
 class FixedResampler : public Resampler {
  public:
-  FixedResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, AxisFilter filterAcross, AxisFilter filterDown)
-      : source(from), destination(to), reader(from), writer(to), across(filterAcross), down(filterDown) {}
+  FixedResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, const Axis& axisAcross, const Axis& axisDown)
+      : source(from), destination(to), reader(from), writer(to), across(axisAcross), down(axisDown) {}
 
   int32_t Prepare() override {
     channels = reader.Channels();
     sourceSamples = static_cast<int64_t>(source.width) * channels;
     resultSamples = static_cast<int64_t>(destination.width) * channels;
-    downFirst = destination.height <= source.height;
+    downFirst = down.destinationSize <= down.sourceSize;
     int32_t result = writer.Prepare();
-    if (result == SUCCESS) result = BuildFixedWeights(across, source.width, destination.width, kLargestWord, columns);
-    if (result == SUCCESS) {
-      result = BuildFixedWeights(down, source.height, destination.height, downFirst ? 255 : kLargestWord, rows);
-    }
+    if (result == SUCCESS) result = BuildFixedWeights(across, kLargestWord, columns);
+    if (result == SUCCESS) result = BuildFixedWeights(down, downFirst ? 255 : kLargestWord, rows);
     if (result == SUCCESS && downFirst) result = sum.Prepare(sourceSamples);
     if (result != SUCCESS) return result;
     bool enough = words.Allocate(static_cast<size_t>(sourceSamples)) && packed.Allocate(static_cast<size_t>(resultSamples)) &&
@@ -143,7 +143,7 @@ class FixedResampler : public Resampler {
   BITMAPHANDLE& destination;
   ByteRowReader reader;
   ByteRowWriter writer;
-  AxisFilter across, down;
+  Axis across, down;
   AxisWeights columns, rows;
   int channels = 0;
   int64_t sourceSamples = 0, resultSamples = 0;
@@ -159,17 +159,17 @@ class FixedResampler : public Resampler {
 // 16-bit channels, alpha, and reductions beyond fixed point.
 class FloatResampler : public Resampler {
  public:
-  FloatResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, AxisFilter filterAcross, AxisFilter filterDown)
-      : source(from), destination(to), reader(from), writer(to), across(filterAcross), down(filterDown) {}
+  FloatResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, const Axis& axisAcross, const Axis& axisDown)
+      : source(from), destination(to), reader(from), writer(to), across(axisAcross), down(axisDown) {}
 
   int32_t Prepare() override {
     channels = reader.Channels();
     sourceSamples = static_cast<int64_t>(source.width) * channels;
     resultSamples = static_cast<int64_t>(destination.width) * channels;
-    downFirst = destination.height <= source.height;
+    downFirst = down.destinationSize <= down.sourceSize;
     int32_t result = writer.Prepare();
-    if (result == SUCCESS) result = BuildRealWeights(across, source.width, destination.width, columns);
-    if (result == SUCCESS) result = BuildRealWeights(down, source.height, destination.height, rows);
+    if (result == SUCCESS) result = BuildRealWeights(across, columns);
+    if (result == SUCCESS) result = BuildRealWeights(down, rows);
     if (result != SUCCESS) return result;
     bool enough = loaded.Allocate(static_cast<size_t>(sourceSamples)) && out.Allocate(static_cast<size_t>(resultSamples)) &&
                   bytes.Allocate(static_cast<size_t>(std::max(sourceSamples, resultSamples)));
@@ -209,7 +209,7 @@ class FloatResampler : public Resampler {
   BITMAPHANDLE& destination;
   FloatRowReader reader;
   FloatRowWriter writer;
-  AxisFilter across, down;
+  Axis across, down;
   AxisWeights columns, rows;
   int channels = 0;
   int64_t sourceSamples = 0, resultSamples = 0;
@@ -222,19 +222,21 @@ class FloatResampler : public Resampler {
 
 }  // namespace
 
-std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method) {
-  if (method == SIZE_NEAREST) return std::unique_ptr<Resampler>(new (std::nothrow) NearestResampler(source, destination));
-  const AxisFilter across = FilterFor(method, source.width, destination.width);
-  const AxisFilter down = FilterFor(method, source.height, destination.height);
-  const bool fixed = !HasWideChannels(source) && !HasAlpha(source) &&
-                     FixedPointSuits(across, source.width, destination.width) &&
-                     FixedPointSuits(down, source.height, destination.height);
+std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, const ResampleFrame& frame,
+                                        int32_t method) {
+  if (method == SIZE_NEAREST) {
+    return std::unique_ptr<Resampler>(new (std::nothrow) NearestResampler(source, destination, frame));
+  }
+  const Axis across = {FilterFor(method, source.width, frame.width), source.width, frame.width, frame.left, destination.width};
+  const Axis down = {FilterFor(method, source.height, frame.height), source.height, frame.height, frame.top,
+                     destination.height};
+  const bool fixed = !HasWideChannels(source) && !HasAlpha(source) && FixedPointSuits(across) && FixedPointSuits(down);
   if (fixed) return std::unique_ptr<Resampler>(new (std::nothrow) FixedResampler(source, destination, across, down));
   return std::unique_ptr<Resampler>(new (std::nothrow) FloatResampler(source, destination, across, down));
 }
 
 int32_t Resample(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method) {
-  const auto resampler = NewResampler(source, destination, method);
+  const auto resampler = NewResampler(source, destination, {destination.width, destination.height, 0, 0}, method);
   if (!resampler) return ERROR_OUT_OF_MEMORY;
   int32_t result = resampler->Prepare();
   Progress progress(destination.height);

@@ -19,10 +19,18 @@ class Resampler {
   virtual void MakeRow(int32_t row) = 0;
 };
 
-// The resampler that suits the format and the method (SIZE_...); null when memory runs out.
-std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method);
+// The whole of what a source is resampled to, of which the destination is the part at (left, top).
+struct ResampleFrame {
+  int32_t width, height;
+  int32_t left, top;
+};
 
-// Prepares and makes all rows, with progress. The bitmaps must have the same depth, order, alpha flags and palette.
+// The resampler that suits the format and the method (SIZE_...); null when memory runs out. The destination has the source's
+// depth, order, alpha flags and palette; or, for methods above nearest, the channels that ByteRowReader gives.
+std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, const ResampleFrame& frame,
+                                        int32_t method);
+
+// Prepares and makes all rows of a destination that is the whole, with progress.
 int32_t Resample(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method);
 
 }  // namespace zvcore

@@ -6,8 +6,6 @@ using namespace zvcore;
 
 namespace {
 
-bool IsSizeMethod(int32_t method) { return method == SIZE_NEAREST || method == SIZE_BILINEAR || method == SIZE_BICUBIC; }
-
 
 // Indices mean the same in both, and channels stand in the same places.
 bool HasSamePixelFormat(const BITMAPHANDLE& a, const BITMAPHANDLE& b) {
@@ -20,15 +18,6 @@ bool HasSamePixelFormat(const BITMAPHANDLE& a, const BITMAPHANDLE& b) {
     if (!IsSameColor(first[i], second[i])) return false;
   }
   return true;
-}
-
-int32_t ConvertRows(const BITMAPHANDLE& source, BITMAPHANDLE& destination) {
-  RowConverter converter;
-  const int32_t result = converter.Prepare(source, destination, source.width);
-  for (int32_t row = 0; result == SUCCESS && row < source.height; ++row) {
-    converter.Convert(RowAt(source, row), WritableRowAt(destination, row), source.width);
-  }
-  return result;
 }
 
 }  // namespace
@@ -45,7 +34,7 @@ int32_t ResizeBitmapInto(const BITMAPHANDLE* source, BITMAPHANDLE* destination, 
   ScratchBitmap scratch;
   result = scratch.AllocateLike(*source, destination->width, destination->height, source->bitsPerPixel);
   if (result == SUCCESS) result = Resample(*source, *scratch, method);
-  return result == SUCCESS ? ConvertRows(*scratch, *destination) : result;
+  return result == SUCCESS ? ConvertAllRows(*scratch, *destination) : result;
 }
 
 int32_t SizeBitmap(BITMAPHANDLE* bitmap, int32_t width, int32_t height, int32_t method) {

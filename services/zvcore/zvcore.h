@@ -97,6 +97,11 @@ typedef struct tagZVPALETTEENTRY {
   uint8_t blue, green, red, alpha;
 } ZVPALETTEENTRY;
 
+/* A rectangle of pixels; right and bottom are just outside. */
+typedef struct tagZVRECT {
+  int32_t left, top, right, bottom;
+} ZVRECT;
+
 #pragma pack(push, 1)
 /* An image in memory. width, height and bytesPerLine describe the stored rows, whatever viewPerspective says.
  * Pixel layouts: 1 and 4 bits are palette indices, most significant bit first; 8 is a palette index, or grey when
@@ -216,6 +221,17 @@ ZVCORE_API int32_t ResizeBitmapInto(const BITMAPHANDLE* source, BITMAPHANDLE* de
  * status channel. Palette images of 1, 4 and 8 bits keep their depth; with a method above nearest they are resampled in
  * colour and mapped back to their palette. Until the new pixels are complete the bitmap is unchanged. */
 ZVCORE_API int32_t SizeBitmap(BITMAPHANDLE* bitmap, int32_t width, int32_t height, int32_t method);
+/* Makes a new bitmap of a part of what SizeBitmap would make of the source at fullWidth x fullHeight, without the cost of
+ * the rest: for painting. All sizes are of stored rows, the perspective is kept. Indices and 5-5-5 words become 8-bit
+ * channels, that is 8-bit grey when the palette is all grey and 24 bits in BGR order otherwise, so that blends stay what they
+ * are. Reports no progress. part lies inside the full size. ERROR_BAD_ARGUMENT, ERROR_NO_IMAGE, ERROR_OUT_OF_MEMORY. */
+ZVCORE_API int32_t ResampleBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, int32_t fullWidth,
+                                      int32_t fullHeight, const ZVRECT* part, int32_t method);
+/* Makes a new bitmap of a rectangle of the stored rows, in the same format and with the same perspective. */
+ZVCORE_API int32_t CopyBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, const ZVRECT* part);
+/* Where a rectangle of the picture as shown is stored, in a picture of width x height stored pixels under a view
+ * perspective. */
+ZVCORE_API int32_t MapShownRect(int32_t viewPerspective, int32_t width, int32_t height, const ZVRECT* shown, ZVRECT* stored);
 /* Rotates in place, clockwise as shown, by hundredths of a degree, -36000 to 36000. fillColor (COLORREF) goes where no
  * source pixel lies, opaque. Multiples of 90 degrees are exact; with other angles and no ROTATE_RESIZE the canvas keeps its
  * size. Angle 0 changes nothing. Reports progress to the status channel; on failure the bitmap is unchanged.

@@ -56,7 +56,7 @@ TEST(AxisWeights, NeverPointOutsideTheSource) {
       for (const int32_t destination : {1, 2, 3, 7, 16, 101, 1000}) {
         if (filter == AxisFilter::kArea && destination > source) continue;
         zvcore::AxisWeights weights;
-        ASSERT_EQ(zvcore::BuildRealWeights(filter, source, destination, weights), SUCCESS);
+        ASSERT_EQ(zvcore::BuildRealWeights({filter, source, destination, 0, destination}, weights), SUCCESS);
         for (int32_t i = 0; i < destination; ++i) {
           const zvcore::AxisSpan span = weights.Span(i);
           ASSERT_GE(span.first, 0);
