@@ -83,6 +83,7 @@ int32_t RowSink::Begin(const ImageHeader& header, RowOrder order) {
   int32_t result = request_.limits.CheckImage(width_, height_, widest);
   if (result != SUCCESS) return result;
   FillFileInfo(header, *request_.info);
+  if (reportedFormat_ != FMT_UNKNOWN) request_.info->format = reportedFormat_;
   stored_ = (request_.flags & LOADFILE_STORE) != 0 || late_;
   result = PrepareBitmap(header);
   if (result != SUCCESS) return result;

@@ -50,6 +50,8 @@ class RowSink {
   int32_t Begin(const ImageHeader& header, RowOrder order = RowOrder::kFromTop);
   // True when the caller wants red first; decoders that can deliver either order spare a conversion by asking.
   bool WantsRgb() const { return request_.order == ORDER_RGB; }
+  // The format number that the caller is told instead of the header's: for a stream of another codec inside a container.
+  void ReportFormat(int32_t format) { reportedFormat_ = format; }
   // Room for PackedRowBytes of the header's layout. Row(y) to Row(y + n - 1) are not contiguous in general.
   uint8_t* Row(int32_t y);
   int32_t Commit(int32_t rows);
@@ -83,6 +85,7 @@ class RowSink {
   bool late_ = false;                // the whole image is turned or converted before it is delivered
   Layout source_ = Layout::kBgr24;
   Layout target_ = Layout::kBgr24;   // of the bitmap while rows come in
+  int32_t reportedFormat_ = FMT_UNKNOWN;
   int32_t finalBits_ = 0;            // depth and order at the end, when late
   int32_t finalOrder_ = ORDER_BGR;
   int32_t width_ = 0;

@@ -51,20 +51,41 @@ bool LayoutForRequest(uint32_t depths, int32_t bits, const BITMAPHANDLE& bitmap,
   }
 }
 
-// For a save in the bitmap's own depth: that depth, else the least that loses nothing, else the most the format has.
+bool ShowsGray(const BITMAPHANDLE& bitmap) {
+  const Layout layout = LayoutOf(bitmap);
+  if (!IsIndexed(layout)) return IsGray(layout);
+  return std::all_of(bitmap.palette, bitmap.palette + (bitmap.palette ? bitmap.paletteCount : 0),
+                     [](const ZVPALETTEENTRY& entry) { return entry.red == entry.green && entry.green == entry.blue; });
+}
+
+// How many bits of a pixel's colour (or of its grey) a layout holds.
+int32_t Capacity(Layout layout, bool gray, bool alpha) {
+  const int32_t bits = BitsPerPixel(layout);
+  if (gray && !alpha) return IsDeep(layout) ? 16 : std::min(bits, 8);
+  if (!alpha && bits == 32) return 24;
+  return !alpha && bits == 64 ? 48 : bits;
+}
+
+// For a save in the bitmap's own depth: that depth, else the least that loses nothing, else the one that loses least.
 bool LayoutForOwnDepth(uint32_t depths, const BITMAPHANDLE& bitmap, Layout& layout) {
-  if (LayoutForRequest(depths, bitmap.bitsPerPixel, bitmap, layout)) return true;
-  const bool gray = IsGray(LayoutOf(bitmap));
-  bool found = false;
+  const Layout stored = LayoutOf(bitmap);
+  const bool gray = ShowsGray(bitmap), alpha = HasAlpha(stored);
+  const auto usable = [&](int32_t bits, Layout& candidate) {
+    if (!LayoutForRequest(depths, bits, bitmap, candidate)) return false;
+    if (candidate == Layout::kBgr555) return stored == candidate;
+    return gray || !IsGray(candidate);
+  };
+  if (usable(bitmap.bitsPerPixel, layout)) return true;
+  const int32_t needed = Capacity(stored, gray, alpha);
+  int32_t best = -1;
   for (const DepthRule& rule : kDepths) {
-    const bool fitsColor = gray || !IsGray(rule.layout);
-    if (!Allows(depths, rule.bit) || !fitsColor) continue;
-    if (found && BitsPerPixel(layout) > bitmap.bitsPerPixel) break;
-    LayoutForRequest(depths, BitsPerPixel(rule.layout), bitmap, layout);
-    found = true;
+    Layout candidate;
+    if (best >= needed || !Allows(depths, rule.bit) || !usable(BitsPerPixel(rule.layout), candidate)) continue;
+    if (Capacity(candidate, gray, alpha) <= best) continue;
+    best = Capacity(candidate, gray, alpha);
+    layout = candidate;
   }
-  if (found) return true;
-  return LayoutForRequest(depths, 8, bitmap, layout) || LayoutForRequest(depths, 1, bitmap, layout);
+  return best >= 0 || LayoutForRequest(depths, 8, bitmap, layout) || LayoutForRequest(depths, 16, bitmap, layout);
 }
 
 // The other pages are kept when a page of an existing file of this codec is meant.
