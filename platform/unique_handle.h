@@ -3,6 +3,7 @@
 // that somebody else closes) is passed on as the plain handle type, never wrapped. None of the operations throws.
 #pragma once
 
+#include <cstdint>
 #include <utility>
 
 #include "platform/scope_exit.h"
