@@ -1,5 +1,7 @@
 #include "platform/file_dialog.h"
 
+#include <dlgs.h>
+
 #include "platform/module_context.h"
 
 IMPLEMENT_DYNAMIC(CFileDialog, CDialog)
@@ -88,6 +90,10 @@ LRESULT CALLBACK CFileDialog::OuterProcedure(HWND window, UINT message, WPARAM w
     return ::SendMessageW(dialog->m_hWnd, message, wParam, lParam);
   }
   if (message == WM_COMMAND && wParam == MAKEWPARAM(kHelpButton, BN_CLICKED) && dialog->m_hWnd) {
+    return ::SendMessageW(dialog->m_hWnd, WM_COMMAND, ID_HELP, 0);
+  }
+  // Not every system reports its Help button to the hook; taken here, it is reported once everywhere.
+  if (message == WM_COMMAND && wParam == MAKEWPARAM(pshHelp, BN_CLICKED) && dialog->m_hWnd) {
     return ::SendMessageW(dialog->m_hWnd, WM_COMMAND, ID_HELP, 0);
   }
   if (message == WM_NCDESTROY) {

@@ -84,6 +84,9 @@ class CreationHook {
     current_ = outer_;
   }
 
+  // Whether a window came so far as to be bound to the object.
+  bool Met() const { return !object_; }
+
  private:
   static LRESULT CALLBACK Procedure(int code, WPARAM wParam, LPARAM lParam) {
     CreationHook* const hook = current_;
@@ -166,9 +169,13 @@ BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD 
     return FALSE;
   }
   const CreationHook hook(this);
-  return ::CreateWindowExW(create.dwExStyle, create.lpszClass, create.lpszName, static_cast<DWORD>(create.style),
-                           create.x, create.y, create.cx, create.cy, create.hwndParent, create.hMenu, create.hInstance,
-                           create.lpCreateParams) != nullptr;
+  const HWND window = ::CreateWindowExW(create.dwExStyle, create.lpszClass, create.lpszName,
+                                        static_cast<DWORD>(create.style), create.x, create.y, create.cx, create.cy,
+                                        create.hwndParent, create.hMenu, create.hInstance, create.lpCreateParams);
+  if (!window && !hook.Met()) {
+    PostNcDestroy();
+  }
+  return window != nullptr;
 }
 
 BOOL CWnd::DestroyWindow() {
