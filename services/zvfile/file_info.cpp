@@ -133,21 +133,57 @@ int32_t GetFormatResolutions(const ZVCHAR* path, IMAGESIZE* sizes, FORMATRESOLUT
   });
 }
 
+namespace zvfile {
+namespace {
+
+// The comment that a caller's number means, or -1.
+int32_t CommentOfNumber(int32_t number) {
+  switch (number) {
+    case COMMENT_PNG_TITLE: return COMMENT_TITLE;
+    case COMMENT_PNG_WARNING: return COMMENT_WARNING;
+    case COMMENT_PNG_DISCLAIMER: return COMMENT_DISCLAIMER;
+    case COMMENT_PNG_COMMENT: return COMMENT_COMMENT;
+    default: return number >= 0 && number < COMMENT_COUNT ? number : -1;
+  }
+}
+
+// In the system's 8-bit code page, which is UTF-8 itself on the other platforms.
+std::string SystemText(const std::string& text) {
+  if (!IsUtf8(text)) return text;
+  const std::u16string wide = Utf16FromUtf8(text);
+  const ZvString units(wide.begin(), wide.end());
+  char* converted = WideToAnsiDup(units.c_str());
+  if (!converted) return text;
+  const std::string result = converted;
+  FreeWideDup(converted);
+  return result;
+}
+
+int32_t ReadComment(const ZVCHAR* path, int32_t comment, const LOADFILEOPTION* option, std::string& text) {
+  LoadRequest request = MakeLoadRequest(path, option, nullptr);
+  request.wantMetadata = true;
+  std::unique_ptr<FileSource> source;
+  const int32_t opened = FileSource::Open(path, source);
+  if (opened != SUCCESS) return opened;
+  ImageHeader header;
+  const int32_t result =
+      ForDetectedCodec(*source, request, [&](const Codec& codec) { return codec.info(*source, request, header); });
+  if (result == SUCCESS) text = SystemText(header.metadata.comments[static_cast<size_t>(comment)]);
+  return result;
+}
+
+}  // namespace
+}  // namespace zvfile
+
 int32_t ReadFileComment(const ZVCHAR* path, int32_t number, char* buffer, int32_t size, const LOADFILEOPTION* option) {
   return Barrier([&]() -> int32_t {
+    const int32_t comment = zvfile::CommentOfNumber(number);
     const bool badBuffer = size < 0 || (size > 0 && !buffer);
-    if (!path || !*path || badBuffer || number < 0 || number >= COMMENT_COUNT) return ERROR_BAD_ARGUMENT;
+    if (!path || !*path || badBuffer || comment < 0) return ERROR_BAD_ARGUMENT;
     if (!zvfile::IsValidOption(option)) return ERROR_BAD_RECORD_SIZE;
-    zvfile::LoadRequest request = zvfile::MakeLoadRequest(path, option, nullptr);
-    request.wantMetadata = true;
-    std::unique_ptr<zvfile::FileSource> source;
-    const int32_t opened = zvfile::FileSource::Open(path, source);
-    if (opened != SUCCESS) return opened;
-    zvfile::ImageHeader header;
-    const int32_t result = zvfile::ForDetectedCodec(
-        *source, request, [&](const zvfile::Codec& codec) { return codec.info(*source, request, header); });
+    std::string text;
+    const int32_t result = zvfile::ReadComment(path, comment, option, text);
     if (result != SUCCESS) return result;
-    const std::string& text = header.metadata.comments[static_cast<size_t>(number)];
     if (text.empty()) return 0;
     if (size > 0) {
       const size_t count = std::min(text.size(), static_cast<size_t>(size) - 1);

@@ -222,7 +222,8 @@ int32_t SaveBitmapToFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, int32_t forma
 
 int32_t DeleteFilePage(const ZVCHAR* path, int32_t page, uint32_t, const SAVEFILEOPTION* option) {
   return Barrier([&]() -> int32_t {
-    if (!path || !*path || page < 1) return ERROR_BAD_ARGUMENT;
+    if (!path || !*path) return ERROR_BAD_ARGUMENT;
+    if (page < 1) return ERROR_PAGE_MISSING;
     if (!zvfile::IsValidOption(option)) return ERROR_BAD_RECORD_SIZE;
     return zvfile::DeletePage(path, page);
   });
