@@ -151,7 +151,7 @@ BOOL CZVDirectoryDlg::OnFileNameOK() {
 }
 
 void CZVDirectoryDlg::TrackFolder() {
-  currentFolder_ = GetFolderPath();
+  currentFolder_ = FolderInFileSystem(GetFolderPath());
   if (currentFolder_.IsEmpty()) {
     return;
   }

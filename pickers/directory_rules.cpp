@@ -26,6 +26,8 @@ int32_t DeliverFolder(const CString& folder, int32_t status, wchar_t* buffer, in
   return status;
 }
 
+CString FolderInFileSystem(const CString& shellName) { return shellName.Left(2) == L"::" ? CString() : shellName; }
+
 CompactLayout LayOutCompactPicker(const CompactLayoutInput& input) {
   const int buttonCount = input.hasHelp ? 3 : 2;
   const int buttonWidth = Width(input.ok);

@@ -14,6 +14,9 @@ int32_t CheckDirectoryParams(const DIRECTORYDLGPARAMS& params);
 // it is left alone, and the result is ERROR_BUFFER_TOO_SMALL whatever the status was.
 int32_t DeliverFolder(const CString& folder, int32_t status, wchar_t* buffer, int32_t bufferLength);
 
+// The path of a folder as the shell names it; empty for a virtual one, which some systems name by "::" and its class.
+CString FolderInFileSystem(const CString& shellName);
+
 // The picker without a file list's rows below it: label and edit stand right under the list, the buttons side by side under
 // them. All rectangles are in pixels.
 struct CompactLayoutInput {

@@ -110,6 +110,7 @@ void SelectCombo(HWND dialog, int controlId, int index) {
   const HWND combo = Control(dialog, controlId);
   WaitUntilEnabled(combo, controlId);
   Send(combo, CB_SETCURSEL, static_cast<WPARAM>(index));
+  Notify(combo, CBN_SELENDOK);
   Notify(combo, CBN_SELCHANGE);
 }
 

@@ -64,6 +64,10 @@ int32_t DriveDialog(const std::function<int32_t()>& call, const std::function<vo
     } catch (const std::exception& failure) {
       ADD_FAILURE() << "the script stopped: " << failure.what();
     }
+    if (::testing::Test::HasFailure()) {
+      // Nobody is left to end the dialog.
+      CloseDialogsOfThread(caller);
+    }
     // What the script left open would keep the caller for ever.
     const DWORD start = ::GetTickCount();
     while (!ended) {
@@ -112,8 +116,13 @@ HWND WaitForDialogWith(int controlId) {
   return dialog;
 }
 
+// Without a message to the window, which may be on its way out.
 HWND FindDialogTitled(const std::wstring& title) {
-  return FindDialog([&](HWND window) { return IsDialog(window) && TextOf(window) == title; });
+  return FindDialog([&](HWND window) {
+    wchar_t text[256] = {};
+    ::InternalGetWindowText(window, text, 256);
+    return IsDialog(window) && text == title;
+  });
 }
 
 HWND WaitForDialogTitled(const std::wstring& title) {
