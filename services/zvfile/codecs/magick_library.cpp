@@ -91,9 +91,19 @@ InfoPtr MakeInfo(const Format& format) {
 
 int32_t ResultOf(const ExceptionInfo& exception) {
   const bool resource = exception.severity >= ResourceLimitError && exception.severity < TypeError;
-  if (resource) return ERROR_LIMIT_EXCEEDED;
-  const bool missing = exception.severity == OptionError;  // a scene beyond the last
-  return missing ? ERROR_PAGE_MISSING : ERROR_FILE_DAMAGED;
+  return resource ? ERROR_LIMIT_EXCEEDED : ERROR_FILE_DAMAGED;
+}
+
+// Some readers give the pages before the wanted one as well, and the last one when there are too few: goes to the page by its
+// number and drops what is before it.
+bool SelectPage(unsigned long scene, ImagePtr& images) {
+  Image* list = images.release();
+  while (list && list->scene != scene) {
+    Image* first = RemoveFirstImageFromList(&list);
+    DestroyImage(first);
+  }
+  images.reset(list);
+  return list != nullptr;
 }
 
 // A reader that comes to the end of its data too soon gives what it has and says so in the image alone.
@@ -111,10 +121,8 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
   const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
   if (broken) return ERROR_OUT_OF_MEMORY;
   const InfoPtr info = MakeInfo(format);
-  if (page > 1) {
-    info->subimage = static_cast<unsigned long>(page) - 1;
-    info->subrange = 1;
-  }
+  info->subimage = static_cast<unsigned long>(page) - 1;
+  info->subrange = 1;
   if (size.width > 0 && size.height > 0) {
     char text[32];
     std::snprintf(text, sizeof text, "%dx%d", size.width, size.height);
@@ -125,6 +133,7 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
   image.reset(BlobToImage(info.get(), bytes.data(), bytes.size(), &exception));
   int32_t result = SUCCESS;
   if (!image || exception.severity >= ErrorException) result = ResultOf(exception);
+  if (result == SUCCESS && !SelectPage(info->subimage, image)) result = ERROR_PAGE_MISSING;
   if (result == SUCCESS && !IsWhole(*image)) result = ERROR_FILE_DAMAGED;
   DestroyExceptionInfo(&exception);
   if (result != SUCCESS) return result;
