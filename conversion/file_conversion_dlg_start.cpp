@@ -13,7 +13,7 @@ constexpr int kRefused = 8;
 }  // namespace
 
 void CZVFileConversionDlg::AttachFileList() {
-  files_.SetExtendedStyle(files_.GetExtendedStyle() | LVS_EX_INFOTIP | LVS_EX_LABELTIP);
+  files_.SetExtendedStyle(files_.GetExtendedStyle() | LVS_EX_INFOTIP | LVS_EX_LABELTIP | LVS_EX_FULLROWSELECT);
   fileList_.Attach(&files_);
   fileList_.SetDisplayFlags(kShowFileName);
   fileList_.SetRemoveCallback(&OnRowRemoved, reinterpret_cast<uint64_t>(this));

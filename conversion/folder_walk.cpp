@@ -60,5 +60,5 @@ bool CreateFolderTree(const CString& path) {
   if (parentEnd > 1 && parentEnd < path.GetLength() && !CreateFolderTree(parent)) {
     return false;
   }
-  return ::CreateDirectoryW(path.Left(end), nullptr) || ::GetLastError() == ERROR_ALREADY_EXISTS;
+  return ::CreateDirectoryW(path.Left(end), nullptr) || IsExistingFolder(path);
 }

@@ -1,4 +1,8 @@
 // Whole runs through the batch conversion dialog: queue, overwriting, folders, deleting, stopping.
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include "tests/dialogs/conversion_fixture.h"
 
 namespace {
@@ -202,7 +206,7 @@ TEST_F(OverwriteQuestion, EscIsAbort) {
 }
 
 TEST_F(OverwriteQuestion, TheCloseBoxIsAbort) {
-  RunAnswering([](HWND ask) { CloseWindow(ask); });
+  RunAnswering([](HWND ask) { zvtest::CloseWindow(ask); });
   EXPECT_EQ(std::vector<std::wstring>{L"1.png"}, Outputs());
 }
 
@@ -329,7 +333,7 @@ TEST_F(StoppedRun, EnterPressesAbort) {
 }
 
 TEST_F(StoppedRun, TheCloseBoxActsLikeAbort) {
-  RunStopping([](HWND progress) { CloseWindow(progress); });
+  RunStopping([](HWND progress) { zvtest::CloseWindow(progress); });
 }
 
 

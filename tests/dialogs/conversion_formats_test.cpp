@@ -155,7 +155,7 @@ TEST_F(ConversionFormats, SettingsNeedAnOptionThatIsOffered) {
   Offer({kTiff});
   params.uiFlags = CONVDLG_SHOW_FILE_INFO;
   RunAndClose([](HWND dialog) { EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_SETTINGS)); });
-  params.uiFlags = kOfferEverything & ~CONVDLG_SHOW_FILE_INFO;
+  params.uiFlags = CONVDLG_SHOW_RESIZE | CONVDLG_SHOW_PREVIEW;
   RunAndClose([](HWND dialog) { EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_SETTINGS)); });
 }
 

@@ -136,7 +136,7 @@ TEST_F(ConversionStart, TheCloseBoxLeavesTheRecordAsItWas) {
   AddPicture(L"one.bmp");
   EXPECT_EQ(SUCCESS_DLG_CLOSE, Run([](HWND dialog) {
               Check(dialog, IDX_CONV_FULL_PATH, true);
-              CloseWindow(dialog);
+              zvtest::CloseWindow(dialog);
               WaitUntilClosed(dialog);
             }));
   EXPECT_EQ(0, params.fullPath);

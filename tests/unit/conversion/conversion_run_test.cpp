@@ -20,7 +20,7 @@ namespace {
 
 constexpr UINT kExtensionText = 60001;  // a text of the tests' own
 
-class Host : public CZVConversionHost {
+class Host final : public CZVConversionHost {
  public:
   CString GetSourcePath(int row) override { return sources.at(row); }
   bool GetSourceOptions(int row, CONVERSIONFILEOPTIONS& result) override {

@@ -1,0 +1,186 @@
+// Page selection, resize, rotate and log report, opened from the conversion dialog.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "resources/conversion_tools_ids.h"
+#include "tests/dialogs/conversion_fixture.h"
+
+namespace {
+
+using namespace zvtest;
+
+class ConversionTools : public ConversionDialog {
+ protected:
+  void With(int button, int controlId, const std::function<void(HWND conversion, HWND tool)>& script) {
+    RunAndClose([&](HWND dialog) {
+      Click(dialog, button);
+      script(dialog, WaitForDialogWith(controlId));
+    });
+  }
+  static HWND Reopen(HWND conversion, int button, int controlId) {
+    Click(conversion, button);
+    return WaitForDialogWith(controlId);
+  }
+  static void CloseWith(HWND dialog, int button) {
+    Click(dialog, button);
+    WaitUntilClosed(dialog);
+  }
+};
+
+TEST_F(ConversionTools, ResizeEnablesItsControlsWithTheCheck) {
+  With(IDB_CONV_RESIZE, IDX_RESIZE_ENABLE, [](HWND, HWND resize) {
+    EXPECT_FALSE(IsEnabled(resize, IDC_RESIZE_WIDTH));
+    EXPECT_FALSE(IsEnabled(resize, IDC_RESIZE_METHOD));
+    Check(resize, IDX_RESIZE_ENABLE, true);
+    EXPECT_TRUE(IsEnabled(resize, IDC_RESIZE_WIDTH));
+    EXPECT_TRUE(IsEnabled(resize, IDC_RESIZE_METHOD));
+    SaveScreenshot(resize, L"resize");
+    CloseWith(resize, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, ResizeKeepsPixelsWithinPercentAndBack) {
+  With(IDB_CONV_RESIZE, IDX_RESIZE_ENABLE, [](HWND, HWND resize) {
+    Check(resize, IDX_RESIZE_ENABLE, true);
+    SetText(resize, IDC_RESIZE_WIDTH, L"500");
+    SelectCombo(resize, IDC_RESIZE_UNIT, 1);
+    EXPECT_EQ(L"100", TextOf(resize, IDC_RESIZE_WIDTH));
+    EXPECT_TRUE(IsShown(resize, IDT_RESIZE_WIDTH_PERCENT));
+    SelectCombo(resize, IDC_RESIZE_UNIT, 0);
+    EXPECT_EQ(L"100", TextOf(resize, IDC_RESIZE_WIDTH));
+    EXPECT_FALSE(IsShown(resize, IDT_RESIZE_WIDTH_PERCENT));
+    CloseWith(resize, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, ResizeKeepsTheStoredSizeWhenItIsSwitchedOff) {
+  With(IDB_CONV_RESIZE, IDX_RESIZE_ENABLE, [](HWND conversion, HWND resize) {
+    Check(resize, IDX_RESIZE_ENABLE, true);
+    SetText(resize, IDC_RESIZE_WIDTH, L"640");
+    SetText(resize, IDC_RESIZE_HEIGHT, L"480");
+    CloseWith(resize, IDOK);
+    resize = Reopen(conversion, IDB_CONV_RESIZE, IDX_RESIZE_ENABLE);
+    SetText(resize, IDC_RESIZE_WIDTH, L"10");
+    Check(resize, IDX_RESIZE_ENABLE, false);
+    CloseWith(resize, IDOK);
+    resize = Reopen(conversion, IDB_CONV_RESIZE, IDX_RESIZE_ENABLE);
+    EXPECT_FALSE(IsChecked(resize, IDX_RESIZE_ENABLE));
+    EXPECT_EQ(L"640", TextOf(resize, IDC_RESIZE_WIDTH));
+    EXPECT_EQ(L"480", TextOf(resize, IDC_RESIZE_HEIGHT));
+    CloseWith(resize, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, ResizeBringsThePicturesOfARunToTheSize) {
+  AddPicture(L"one.bmp");
+  With(IDB_CONV_RESIZE, IDX_RESIZE_ENABLE, [](HWND conversion, HWND resize) {
+    Check(resize, IDX_RESIZE_ENABLE, true);
+    SetText(resize, IDC_RESIZE_WIDTH, L"33");
+    SetText(resize, IDC_RESIZE_HEIGHT, L"21");
+    CloseWith(resize, IDOK);
+    ConvertAndWait(conversion);
+  });
+  FILEINFO info{};
+  info.uStructSize = sizeof info;
+  ASSERT_EQ(SUCCESS, GetFileInfo(out.File(L"one.jpg").c_str(), &info, sizeof info, 0, nullptr));
+  EXPECT_EQ(33, info.width);
+  EXPECT_EQ(21, info.height);
+}
+
+TEST_F(ConversionTools, RotateKeepsEditAndTrackBarInStep) {
+  With(IDB_CONV_ROTATE, IDE_ROTATE_ANGLE, [](HWND, HWND rotate) {
+    const HWND bar = Control(rotate, IDS_ROTATE_ANGLE_BAR);
+    SetText(rotate, IDE_ROTATE_ANGLE, L"12.5");
+    EXPECT_EQ(1250, ::SendMessageW(bar, TBM_GETPOS, 0, 0));
+    ::SendMessageW(bar, TBM_SETPOS, TRUE, -9050);
+    ::SendMessageW(rotate, WM_HSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(bar));
+    EXPECT_EQ(L"-90.5", TextOf(rotate, IDE_ROTATE_ANGLE));
+    SaveScreenshot(rotate, L"rotate");
+    CloseWith(rotate, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, RotateKeepsTheLastValidAngleWhileAnotherIsTypedAndClampsAtTheEnd) {
+  With(IDB_CONV_ROTATE, IDE_ROTATE_ANGLE, [](HWND, HWND rotate) {
+    const HWND bar = Control(rotate, IDS_ROTATE_ANGLE_BAR);
+    SetText(rotate, IDE_ROTATE_ANGLE, L"36");
+    SetText(rotate, IDE_ROTATE_ANGLE, L"360.5");
+    EXPECT_EQ(3600, ::SendMessageW(bar, TBM_GETPOS, 0, 0));
+    ::SendMessageW(rotate, WM_COMMAND, MAKEWPARAM(IDE_ROTATE_ANGLE, 1),
+                   reinterpret_cast<LPARAM>(Control(rotate, IDE_ROTATE_ANGLE)));
+    EXPECT_EQ(L"360", TextOf(rotate, IDE_ROTATE_ANGLE));
+    CloseWith(rotate, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, RotateOpensWithWhatOKLeft) {
+  With(IDB_CONV_ROTATE, IDE_ROTATE_ANGLE, [](HWND conversion, HWND rotate) {
+    SetText(rotate, IDE_ROTATE_ANGLE, L"45");
+    SelectCombo(rotate, IDC_ROTATE_INTERPOLATION, 2);
+    Check(rotate, IDX_ROTATE_RESIZE, true);
+    CloseWith(rotate, IDOK);
+    rotate = Reopen(conversion, IDB_CONV_ROTATE, IDE_ROTATE_ANGLE);
+    EXPECT_EQ(L"45", TextOf(rotate, IDE_ROTATE_ANGLE));
+    EXPECT_EQ(2, ComboSelection(rotate, IDC_ROTATE_INTERPOLATION));
+    EXPECT_TRUE(IsChecked(rotate, IDX_ROTATE_RESIZE));
+    CloseWith(rotate, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, PagesRefuseABadListAndStayOpen) {
+  AddPicture(L"one.bmp");
+  With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND, HWND pages) {
+    EXPECT_TRUE(IsChecked(pages, IDX_PAGES_ALL));
+    EXPECT_FALSE(IsEnabled(pages, IDE_PAGES_LIST));
+    Click(pages, IDX_PAGES_LIST);
+    EXPECT_TRUE(IsEnabled(pages, IDE_PAGES_LIST));
+    EXPECT_EQ(L"1", TextOf(pages, IDE_PAGES_LIST));
+    SetText(pages, IDE_PAGES_LIST, L"1-2-3");
+    Click(pages, IDOK);
+    Dismiss(WaitForMessageBox());
+    EXPECT_TRUE(::IsWindow(pages));
+    SaveScreenshot(pages, L"pages");
+    CloseWith(pages, IDCANCEL);
+  });
+}
+
+TEST_F(ConversionTools, PagesAreClippedToEachFileAndShownInItsRow) {
+  AddPicture(L"one.bmp");
+  With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND conversion, HWND pages) {
+    Click(pages, IDX_PAGES_LIST);
+    SetText(pages, IDE_PAGES_LIST, L"1,3-5");
+    CloseWith(pages, IDOK);
+    EXPECT_EQ(L"1", ListViewText(conversion, IDL_CONV_FILES, 0, 1));
+  });
+}
+
+TEST_F(ConversionTools, LogReportShowsARowForEachFileWithFullPaths) {
+  params.logReport = 1;
+  AddPicture(L"one.bmp");
+  AddPicture(L"two.bmp");
+  RunAndClose([this](HWND dialog) {
+    Click(dialog, IDB_CONV_SELECT_ALL);
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND log = WaitForDialogWith(IDL_LOG);
+    ASSERT_EQ(2, ListViewCount(log, IDL_LOG));
+    EXPECT_TRUE(IsChecked(log, IDX_LOG_FULL_PATH));
+    EXPECT_EQ(in.File(L"one.bmp"), ListViewText(log, IDL_LOG, 0, 1));
+    EXPECT_EQ(out.File(L"one.jpg"), ListViewText(log, IDL_LOG, 0, 2));
+    Check(log, IDX_LOG_FULL_PATH, false);
+    EXPECT_EQ(L"one.bmp", ListViewText(log, IDL_LOG, 0, 1));
+    EXPECT_EQ(L"two.jpg", ListViewText(log, IDL_LOG, 1, 2));
+    SaveScreenshot(log, L"log_report");
+    CloseWith(log, IDOK);
+  });
+}
+
+TEST_F(ConversionTools, LogReportStaysAwayWhenItIsSwitchedOff) {
+  AddPicture(L"one.bmp");
+  RunAndClose([](HWND dialog) {
+    ConvertAndWait(dialog);
+    EXPECT_EQ(nullptr, FindDialogTitled(L"Conversion Log-Report "));
+  });
+}
+
+}  // namespace
