@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <cwctype>
+
+#ifndef _WIN32
+#include <locale.h>
+#include <wctype.h>
+#endif
 
 namespace {
 
@@ -228,13 +232,25 @@ void CString::FormatV(LPCWSTR format, va_list arguments) {
 
 #else
 
+namespace {
+
+// Letters of every script, whatever locale the program has set.
+locale_t UnicodeLocale() {
+  static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale;
+}
+
+}  // namespace
+
 CString::CString(const char* text) {
+  const locale_t former = ::uselocale(UnicodeLocale());
   std::mbstate_t state{};
   const size_t length = text ? std::mbsrtowcs(nullptr, &text, 0, &state) : 0;
   if (length != static_cast<size_t>(-1) && length != 0) {
     text_.resize(length);
     std::mbsrtowcs(text_.data(), &text, length, &state);
   }
+  ::uselocale(former);
 }
 
 int CString::CompareNoCase(LPCWSTR other) const {
@@ -245,13 +261,13 @@ int CString::Collate(LPCWSTR other) const { return std::wcscoll(text_.c_str(), o
 
 CString& CString::MakeUpper() {
   std::transform(text_.begin(), text_.end(), text_.begin(),
-                 [](wchar_t c) { return std::towupper(static_cast<wint_t>(c)); });
+                 [](wchar_t c) { return ::towupper_l(static_cast<wint_t>(c), UnicodeLocale()); });
   return *this;
 }
 
 CString& CString::MakeLower() {
   std::transform(text_.begin(), text_.end(), text_.begin(),
-                 [](wchar_t c) { return std::towlower(static_cast<wint_t>(c)); });
+                 [](wchar_t c) { return ::towlower_l(static_cast<wint_t>(c), UnicodeLocale()); });
   return *this;
 }
 

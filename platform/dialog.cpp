@@ -166,6 +166,10 @@ BOOL CDialog::PreTranslateMessage(MSG* message) {
   if (CWnd::PreTranslateMessage(message)) {
     return TRUE;
   }
+  // A dialog inside a dialog leaves keys to the one around it, so that Tab, Enter and Esc work across both.
+  if ((GetStyle() & WS_CHILD) && dynamic_cast<CDialog*>(FromHandlePermanent(::GetParent(m_hWnd)))) {
+    return FALSE;
+  }
   const bool isKey = message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST;
   const bool isMouse = message->message >= WM_MOUSEFIRST && message->message <= WM_MOUSELAST;
   return (isKey || isMouse) && PreTranslateInput(message);

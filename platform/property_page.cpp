@@ -5,6 +5,15 @@ IMPLEMENT_DYNAMIC(CPropertyPage, CDialog)
 BEGIN_MESSAGE_MAP(CPropertyPage, CDialog)
 END_MESSAGE_MAP()
 
+BOOL CPropertyPage::CreatePage(CWnd* parent) {
+  if (!CDialog::Create(m_lpszTemplateName, parent)) {
+    return FALSE;
+  }
+  // Lets the frame's Tab key walk through the page's controls.
+  ModifyStyleEx(0, WS_EX_CONTROLPARENT);
+  return TRUE;
+}
+
 CString CPropertyPage::GetCaption() const {
   CString caption;
   if (captionId_) {

@@ -12,7 +12,7 @@ class CPropertyPage : public CDialog {
   explicit CPropertyPage(UINT templateId, UINT captionId = 0) : CDialog(templateId), captionId_(captionId) {}
 
   // Made from the template of the constructor, hidden.
-  BOOL CreatePage(CWnd* parent) { return CDialog::Create(m_lpszTemplateName, parent); }
+  BOOL CreatePage(CWnd* parent);
   // The caption's string resource; empty without one.
   CString GetCaption() const;
 

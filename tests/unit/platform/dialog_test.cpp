@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/property_page.h"
 #include "tests/unit/platform/dialog_template.h"
 
 namespace {
@@ -351,6 +352,87 @@ TEST(ModelessDialog, LivesUntilDestroyed) {
   EXPECT_TRUE(dialog.DestroyWindow());
   EXPECT_EQ(dialog.m_hWnd, nullptr);
   EXPECT_FALSE(::IsWindow(window));
+}
+
+class HelpedDialog : public StepDialog {
+ public:
+  int helpedControl = 0;
+
+ protected:
+  afx_msg BOOL OnHelpInfo(HELPINFO* help) {
+    helpedControl = help->iCtrlId;
+    return TRUE;
+  }
+  DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(HelpedDialog, StepDialog)
+  ON_WM_HELPINFO()
+END_MESSAGE_MAP()
+
+TEST(ModalDialog, HelpAskedAtAControlReachesTheDialog) {
+  HelpedDialog dialog;
+  dialog.onStep = [](StepDialog& self) {
+    HELPINFO help = {};
+    help.cbSize = sizeof(help);
+    help.iContextType = HELPINFO_WINDOW;
+    help.iCtrlId = 100;
+    help.hItemHandle = ::GetDlgItem(self.m_hWnd, 100);
+    self.SendDlgItemMessage(100, WM_HELP, 0, reinterpret_cast<LPARAM>(&help));
+    self.EndDialog(1);
+  };
+  dialog.DoModal();
+  EXPECT_EQ(dialog.helpedControl, 100);
+}
+
+// A page with one field, made from memory inside a dialog.
+class FieldPage : public CPropertyPage {
+ public:
+  CString field;
+  bool mayLeave = true;
+  BOOL OnKillActive() override { return CPropertyPage::OnKillActive() && mayLeave; }
+
+ protected:
+  void DoDataExchange(CDataExchange* exchange) override { DDX_Text(exchange, 200, field); }
+};
+
+TEST(PropertyPage, MovesItsValuesWhenItIsLeftAndMayRefuse) {
+  DialogTemplate pageTemplate(L"", WS_CHILD | DS_CONTROL);
+  pageTemplate.Edit(200);
+  StepDialog dialog;
+  FieldPage page;
+  page.field = L"before";
+  dialog.onStep = [&](StepDialog& self) {
+    ASSERT_TRUE(page.CreateIndirect(pageTemplate.Get(), &self));
+    EXPECT_TRUE(page.SetActivePage(TRUE));
+    EXPECT_TRUE(page.IsWindowVisible());
+    page.SetDlgItemText(200, L"after");
+    page.mayLeave = false;
+    EXPECT_FALSE(page.SetActivePage(FALSE));
+    EXPECT_TRUE(page.IsWindowVisible());
+    page.mayLeave = true;
+    EXPECT_TRUE(page.SetActivePage(FALSE));
+    EXPECT_FALSE(page.IsWindowVisible());
+    self.EndDialog(1);
+  };
+  dialog.DoModal();
+  EXPECT_EQ(page.field, L"after");
+}
+
+TEST(PropertyPage, LeavesEnterAndEscapeToItsFrame) {
+  for (const auto& [key, result] : {std::pair<WPARAM, INT_PTR>{VK_RETURN, IDOK}, {VK_ESCAPE, IDCANCEL}}) {
+    DialogTemplate pageTemplate(L"", WS_CHILD | DS_CONTROL);
+    pageTemplate.Edit(200);
+    StepDialog dialog;
+    FieldPage page;
+    dialog.onStep = [&, key = key](StepDialog& self) {
+      ASSERT_TRUE(page.CreateIndirect(pageTemplate.Get(), &self));
+      page.SetActivePage(TRUE);
+      ::SetFocus(::GetDlgItem(page.m_hWnd, 200));
+      PressKey(key);
+    };
+    EXPECT_EQ(dialog.DoModal(), result);
+  }
 }
 
 }  // namespace
