@@ -1,4 +1,4 @@
-// Free helpers of the framework: address checks, message boxes, the wait cursor.
+// Free functions of the framework: address checks, message boxes, the wait cursor.
 #pragma once
 
 #include "platform/cstring.h"

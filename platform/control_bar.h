@@ -1,6 +1,6 @@
-// CControlBar: a strip at a side of a frame's client area: status bar, tool bar, rebar, dialog bar. The frame asks its bars,
-// in the order of their creation, to take their place (Dock); what is left is the view's. Notifications of a bar's controls
-// go to the frame. Bars belong to the frame's object as members.
+// CControlBar: a strip at a side of a frame's client area: status bar, tool bar, rebar, dialog bar. The frame asks its
+// bars, in the order of their creation, to take their place (Dock); what is left is the view's. Notifications of a
+// bar's controls go to the frame. Bars belong to the frame's object as members.
 #pragma once
 
 #include "platform/message_map.h"

@@ -81,8 +81,8 @@ UINT_PTR CALLBACK CFileDialog::HookProcedure(HWND window, UINT message, WPARAM w
   return dialog->SubclassWindow(window) ? static_cast<UINT_PTR>(AfxWndProc(window, message, wParam, lParam)) : 0;
 }
 
-// F1 and the question mark on the system's own controls end at the system's dialog; they are meant for us. So is the Help
-// button, of which not every version of the system's dialog tells by CDN_HELP.
+// F1 and the question mark on the system's own controls end at the system's dialog; they are meant for us. So is the
+// Help button, of which not every version of the system's dialog tells by CDN_HELP.
 LRESULT CALLBACK CFileDialog::OuterProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                              DWORD_PTR data) {
   const auto* const dialog = reinterpret_cast<CFileDialog*>(data);

@@ -1,7 +1,7 @@
-// CFrameWnd: a top-level window with a menu, accelerators, control bars and one view. Commands go to the active view first,
-// then to the frame, then to the application. Tool bars dock in the system's rebar control under the menu. The frame is
-// allocated with new and deletes itself with its window; its bars are its members, its view deletes itself. Destroying the
-// application's main window ends the message loop.
+// CFrameWnd: a top-level window with a menu, accelerators, control bars and one view. Commands go to the active view
+// first, then to the frame, then to the application. Tool bars dock in the system's rebar control under the menu. The
+// frame is allocated with new and deletes itself with its window; its bars are its members, its view deletes itself.
+// Destroying the application's main window ends the message loop.
 #pragma once
 
 #include "platform/control_bar.h"

@@ -18,8 +18,8 @@ class CStatusBar : public CControlBar {
  public:
   BOOL Create(CWnd* parent, DWORD style = WS_CHILD | WS_VISIBLE | CBRS_BOTTOM, UINT id = AFX_IDW_STATUS_BAR);
 
-  // One pane an id; each shows the string resource of its id and is as wide as that. Id 0 is an empty, stretching pane when
-  // it comes first.
+  // One pane an id; each shows the string resource of its id and is as wide as that. Id 0 is an empty, stretching pane
+  // when it comes first.
   BOOL SetIndicators(const UINT* ids, int count);
   int GetPaneCount() const { return static_cast<int>(panes_.size()); }
   // Width in pixels, without borders. A disabled pane keeps its text but does not show it.

@@ -1,5 +1,5 @@
-// CToolBar: a bar of command buttons, and CReBar, in which the bars of a frame dock. Buttons follow their commands' update
-// handlers at idle time; their tips are the second lines of the commands' string resources.
+// CToolBar: a bar of command buttons, and CReBar, in which the bars of a frame dock. Buttons follow their commands'
+// update handlers at idle time; their tips are the second lines of the commands' string resources.
 #pragma once
 
 #include "platform/control_bar.h"

@@ -1,5 +1,5 @@
-// CView: the window in a frame's client area that shows something. Derive, implement OnDraw, and let the frame make it from
-// its run-time class. It is allocated by the frame and deletes itself with its window.
+// CView: the window in a frame's client area that shows something. Derive, implement OnDraw, and let the frame make it
+// from its run-time class. It is allocated by the frame and deletes itself with its window.
 #pragma once
 
 #include "platform/gdi.h"
