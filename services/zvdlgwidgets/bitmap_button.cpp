@@ -3,7 +3,6 @@
 #include "platform/dc.h"
 #include "platform/module_context.h"
 #include "services/zvdlgwidgets/button_drawing.h"
-#include "services/zvdlgwidgets/owner_drawn_button.h"
 
 namespace {
 
@@ -56,6 +55,7 @@ void CZVBitmapButton::SetImageOffset(CPoint offset) {
 
 void CZVBitmapButton::SetStyleEx(UINT style) {
   styleEx_ = style;
+  state_.opensDownward = style & ZVBBS_DROPDOWN;
   Invalidate(FALSE);
 }
 
@@ -76,7 +76,7 @@ void CZVBitmapButton::SetToolTipText(LPCWSTR text) {
 }
 
 void CZVBitmapButton::PreSubclassWindow() {
-  isDefault_ = GetButtonStyle() == BS_DEFPUSHBUTTON;
+  state_.isDefault = GetButtonStyle() == BS_DEFPUSHBUTTON;
   ModifyStyle(BS_TYPEMASK, BS_OWNERDRAW);
   UpdateToolTip();
 }
@@ -108,11 +108,11 @@ void CZVBitmapButton::DrawItem(LPDRAWITEMSTRUCT item) {
   look.isEnabled = !(item->itemState & ODS_DISABLED);
   look.isPressed = item->itemState & ODS_SELECTED;
   look.isHot = isHot_;
-  look.isDefault = isDefault_;
+  look.isDefault = state_.isDefault;
   look.isFocused = (item->itemState & ODS_FOCUS) && !(item->itemState & ODS_NOFOCUSRECT);
   look.isFlat = styleEx_ & ZVBBS_FLAT;
   DrawButtonFrame(*this, memory, client, look);
-  DrawContent(memory, ButtonContent(memory, client, look), look.isEnabled);
+  DrawContent(memory, ButtonContent(*this, memory, client, look), look.isEnabled);
   DrawButtonFocus(memory, client, look);
 }
 
@@ -167,20 +167,11 @@ void CZVBitmapButton::FollowMouse(UINT message) {
 }
 
 LRESULT CZVBitmapButton::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (const auto answer = OwnerDrawnButtonMessage(*this, message, wParam, lParam, isDefault_)) {
+  if (const auto answer = OwnerDrawnButtonMessage(*this, message, wParam, lParam, state_)) {
     return *answer;
   }
-  switch (message) {
-    case WM_MOUSEMOVE:
-    case WM_MOUSELEAVE: FollowMouse(message); break;
-    case WM_ERASEBKGND: return TRUE;
-    case WM_KEYDOWN:
-      if (wParam == VK_DOWN && (styleEx_ & ZVBBS_DROPDOWN)) {
-        Click();
-        return 0;
-      }
-      break;
-    default: break;
+  if (message == WM_MOUSEMOVE || message == WM_MOUSELEAVE) {
+    FollowMouse(message);
   }
   return CButton::WindowProc(message, wParam, lParam);
 }

@@ -9,6 +9,7 @@
 #include "platform/unique_handle.h"
 #include "services/zvdlgwidgets/argb_image.h"
 #include "services/zvdlgwidgets/notifications.h"
+#include "services/zvdlgwidgets/owner_drawn_button.h"
 
 // SetStyleEx bits.
 #define ZVBBS_DROPDOWN 0x1u  // an arrow at the right: the button opens something below it
@@ -51,7 +52,7 @@ class CZVBitmapButton : public CButton {
   CPoint imageOffset_;
   UINT styleEx_ = 0;
   bool drawSeparator_ = true;
-  bool isDefault_ = false;
+  OwnerDrawnButtonState state_;
   bool isHot_ = false;
   bool toolTipOn_ = false;
   CString toolTipText_;

@@ -1,18 +1,14 @@
 #include "services/zvdlgwidgets/button_drawing.h"
 
-#include <uxtheme.h>
-#include <vssym32.h>
+#include <iterator>
 
-#include "platform/unique_handle.h"
+#include "services/zvdlgwidgets/theme.h"
 
 namespace {
 
 constexpr int kReferenceDpi = 96;
 constexpr int kFrameWidth = 3;
 constexpr int kArrowHalfWidth = 4;
-
-void CloseTheme(HTHEME theme) { ::CloseThemeData(theme); }
-using unique_htheme = unique_handle<HTHEME, CloseTheme>;
 
 int ThemeState(const ButtonLook& look) {
   if (!look.isEnabled) {
@@ -43,27 +39,27 @@ int ScaleForDevice(HDC device, int pixelsAt96) {
   return ::MulDiv(pixelsAt96, ::GetDeviceCaps(device, LOGPIXELSX), kReferenceDpi);
 }
 
-void DrawButtonFrame(HWND window, HDC device, const CRect& rectangle, const ButtonLook& look) {
+void DrawButtonFrame(HWND button, HDC device, const CRect& rectangle, const ButtonLook& look) {
   ::FillRect(device, &rectangle, ::GetSysColorBrush(COLOR_BTNFACE));
   const bool isBare = look.isFlat && !look.isHot && !look.isPressed && !look.isFocused;
   if (isBare) {
     return;
   }
-  const unique_htheme theme(::IsAppThemed() ? ::OpenThemeData(window, L"BUTTON") : nullptr);
+  const unique_htheme theme = OpenControlTheme(button, L"BUTTON");
   if (theme) {
     CRect area = rectangle;
-    ::DrawThemeParentBackground(window, device, &area);
+    ::DrawThemeParentBackground(button, device, &area);
     ::DrawThemeBackground(theme.get(), device, BP_PUSHBUTTON, ThemeState(look), &rectangle, nullptr);
   } else {
     DrawClassicFrame(device, rectangle, look);
   }
 }
 
-CRect ButtonContent(HDC device, const CRect& rectangle, const ButtonLook& look) {
+CRect ButtonContent(HWND button, HDC device, const CRect& rectangle, const ButtonLook& look) {
   CRect content = rectangle;
   const int frame = ScaleForDevice(device, kFrameWidth);
   content.DeflateRect(frame, frame);
-  if (look.isPressed && !::IsAppThemed()) {
+  if (look.isPressed && !IsControlThemed(button)) {
     content.OffsetRect(1, 1);
   }
   return content;

@@ -17,10 +17,10 @@ struct ButtonLook {
 // Lengths given for 96 dots per inch, on this device.
 int ScaleForDevice(HDC device, int pixelsAt96);
 
-// Fills the rectangle with the button's frame and face.
-void DrawButtonFrame(HWND window, HDC device, const CRect& rectangle, const ButtonLook& look);
+// Fills the rectangle with the frame and face of a button.
+void DrawButtonFrame(HWND button, HDC device, const CRect& rectangle, const ButtonLook& look);
 // Where the content of such a button goes.
-CRect ButtonContent(HDC device, const CRect& rectangle, const ButtonLook& look);
+CRect ButtonContent(HWND button, HDC device, const CRect& rectangle, const ButtonLook& look);
 void DrawButtonFocus(HDC device, const CRect& rectangle, const ButtonLook& look);
 // A filled triangle that points down, in the middle of the rectangle.
 void DrawDropArrow(HDC device, const CRect& rectangle, bool isEnabled);

@@ -1,10 +1,10 @@
 #include "services/zvdlgwidgets/color_picker_ctrl.h"
 
+#include <algorithm>
 #include <array>
 
 #include "platform/dc.h"
 #include "services/zvdlgwidgets/button_drawing.h"
-#include "services/zvdlgwidgets/owner_drawn_button.h"
 
 BEGIN_MESSAGE_MAP(CZVColorPickerCtrl, CButton)
   ON_CONTROL_REFLECT_EX(BN_CLICKED, OnClicked)
@@ -42,7 +42,7 @@ void CZVColorPickerCtrl::SetHelp(HELPCALLBACK callback, void* userData, UINT dia
 }
 
 void CZVColorPickerCtrl::PreSubclassWindow() {
-  isDefault_ = GetButtonStyle() == BS_DEFPUSHBUTTON;
+  state_.isDefault = GetButtonStyle() == BS_DEFPUSHBUTTON;
   ModifyStyle(BS_TYPEMASK, BS_OWNERDRAW);
 }
 
@@ -52,10 +52,10 @@ void CZVColorPickerCtrl::DrawItem(LPDRAWITEMSTRUCT item) {
   ButtonLook look;
   look.isEnabled = !(item->itemState & ODS_DISABLED);
   look.isPressed = item->itemState & ODS_SELECTED;
-  look.isDefault = isDefault_;
+  look.isDefault = state_.isDefault;
   look.isFocused = (item->itemState & ODS_FOCUS) && !(item->itemState & ODS_NOFOCUSRECT);
   DrawButtonFrame(*this, memory, client, look);
-  CRect well = ButtonContent(memory, client, look);
+  CRect well = ButtonContent(*this, memory, client, look);
   CRect arrow = well;
   arrow.left = well.right - ScaleForDevice(memory, kArrowWidth);
   DrawDropArrow(memory, arrow, look.isEnabled);
@@ -71,15 +71,8 @@ void CZVColorPickerCtrl::DrawItem(LPDRAWITEMSTRUCT item) {
 }
 
 LRESULT CZVColorPickerCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (const auto answer = OwnerDrawnButtonMessage(*this, message, wParam, lParam, isDefault_)) {
+  if (const auto answer = OwnerDrawnButtonMessage(*this, message, wParam, lParam, state_)) {
     return *answer;
-  }
-  if (message == WM_ERASEBKGND) {
-    return TRUE;
-  }
-  if (message == WM_KEYDOWN && wParam == VK_DOWN) {
-    Click();
-    return 0;
   }
   return CButton::WindowProc(message, wParam, lParam);
 }

@@ -7,6 +7,7 @@
 #include "platform/message_map.h"
 #include "services/zvdlgcommon/help_callback.h"
 #include "services/zvdlgwidgets/notifications.h"
+#include "services/zvdlgwidgets/owner_drawn_button.h"
 
 class CZVColorPickerCtrl : public CButton {
  public:
@@ -36,5 +37,5 @@ class CZVColorPickerCtrl : public CButton {
   HELPCALLBACK helpCallback_ = nullptr;
   void* helpUserData_ = nullptr;
   UINT helpDialogNumber_ = 0;
-  bool isDefault_ = false;
+  OwnerDrawnButtonState state_{.opensDownward = true};
 };

@@ -5,6 +5,7 @@
 #include "platform/module_context.h"
 #include "platform/scope_exit.h"
 #include "services/zvdlgwidgets/button_drawing.h"
+#include "services/zvdlgwidgets/theme.h"
 
 namespace {
 
@@ -51,13 +52,13 @@ int Scale(int pixelsAt96) {
 
 }  // namespace
 
-SliderPopup::SliderPopup(HWND parent, const CRect& anchor, ValueRange range, int value, Owner owner)
-    : range_(range), value_(range.Clamp(value)), owner_(std::move(owner)) {
+SliderPopup::SliderPopup(HWND edit, const CRect& anchor, ValueRange range, int value, Owner owner)
+    : edit_(edit), range_(range), value_(range.Clamp(value)), owner_(std::move(owner)) {
   RegisterPopupClass(&WindowProcedure);
   const CRect place = PlaceFor(anchor, std::max(anchor.Width(), Scale(kSmallestWidth)), Scale(kHeight));
   window_ = ::CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW | WS_EX_TOPMOST, kClassName, nullptr,
-                              WS_POPUP | WS_BORDER, place.left, place.top, place.Width(), place.Height(), parent,
-                              nullptr, AfxGetInstanceHandle(), this);
+                              WS_POPUP | WS_BORDER, place.left, place.top, place.Width(), place.Height(), edit, nullptr,
+                              AfxGetInstanceHandle(), this);
   if (window_) {
     ::ShowWindow(window_, SW_SHOWNOACTIVATE);
     ::SetCapture(window_);
@@ -166,9 +167,14 @@ void SliderPopup::DrawSlider(HDC device, const CRect& client) const {
   CRect channel = track;
   channel.top = client.CenterPoint().y - ScaleForDevice(device, kChannelHeight) / 2;
   channel.bottom = channel.top + ScaleForDevice(device, kChannelHeight);
-  ::DrawEdge(device, &channel, EDGE_SUNKEN, BF_RECT);
   const int middle = track.left + range_.PositionOf(value_, track.Width());
   const CSize size(ScaleForDevice(device, kThumbWidth), ScaleForDevice(device, kThumbHeight));
   CRect thumb(CPoint(middle - size.cx / 2, client.CenterPoint().y - size.cy / 2), size);
-  ::DrawFrameControl(device, &thumb, DFC_BUTTON, DFCS_BUTTONPUSH | (isDragging_ ? DFCS_PUSHED : 0));
+  if (const unique_htheme theme = OpenControlTheme(edit_, L"TRACKBAR")) {
+    ::DrawThemeBackground(theme.get(), device, TKP_TRACK, TRS_NORMAL, &channel, nullptr);
+    ::DrawThemeBackground(theme.get(), device, TKP_THUMB, isDragging_ ? TUS_PRESSED : TUS_NORMAL, &thumb, nullptr);
+  } else {
+    ::DrawEdge(device, &channel, EDGE_SUNKEN, BF_RECT);
+    ::DrawFrameControl(device, &thumb, DFC_BUTTON, DFCS_BUTTONPUSH | (isDragging_ ? DFCS_PUSHED : 0));
+  }
 }

@@ -17,8 +17,9 @@ class SliderPopup {
     std::function<void()> closed;
   };
 
-  // Opens below (or above, where there is no room below) the anchor, given in screen coordinates.
-  SliderPopup(HWND parent, const CRect& anchor, ValueRange range, int value, Owner owner);
+  // Opens below (or above, where there is no room below) the anchor, given in screen coordinates, and looks like the edit
+  // that it serves.
+  SliderPopup(HWND edit, const CRect& anchor, ValueRange range, int value, Owner owner);
   SliderPopup(const SliderPopup&) = delete;
   SliderPopup& operator=(const SliderPopup&) = delete;
   ~SliderPopup();
@@ -34,6 +35,7 @@ class SliderPopup {
   void Paint();
   void DrawSlider(HDC device, const CRect& client) const;
 
+  HWND edit_;
   HWND window_ = nullptr;
   ValueRange range_;
   int value_;

@@ -1,12 +1,12 @@
 #include "services/zvdlgwidgets/value_combo_window.h"
 
-#include <uxtheme.h>
-#include <vssym32.h>
+#include <algorithm>
 
 #include "platform/module_context.h"
 #include "platform/scope_exit.h"
 #include "services/zvdlgwidgets/button_drawing.h"
 #include "services/zvdlgwidgets/notifications.h"
+#include "services/zvdlgwidgets/theme.h"
 #include "services/zvdlgwidgets/value_combo.h"
 
 namespace {
@@ -14,9 +14,6 @@ namespace {
 constexpr int kEditId = 1;
 constexpr int kBorder = 2;
 constexpr UINT_PTR kEditSubclass = 1;
-
-void CloseTheme(HTHEME theme) { ::CloseThemeData(theme); }
-using unique_htheme = unique_handle<HTHEME, CloseTheme>;
 
 ValueComboWindow* ObjectOf(HWND window) { return reinterpret_cast<ValueComboWindow*>(::GetWindowLongPtrW(window, 0)); }
 
@@ -26,7 +23,7 @@ CString TextOf(HWND window) {
   return CString(std::move(text));
 }
 
-bool IsEditMessage(UINT message) { return message >= EM_GETSEL && message <= EM_SETCUEBANNER; }
+bool IsEditMessage(UINT message) { return message >= EM_GETSEL && message <= EM_GETIMESTATUS; }
 
 }  // namespace
 
@@ -157,7 +154,7 @@ void ValueComboWindow::Paint() {
   ::GetClientRect(window_, &client);
   const bool isEnabled = ::IsWindowEnabled(window_);
   CRect button = ButtonArea();
-  const unique_htheme theme(::IsAppThemed() ? ::OpenThemeData(window_, L"COMBOBOX") : nullptr);
+  const unique_htheme theme = OpenControlTheme(edit_, L"COMBOBOX");
   if (theme) {
     const int border = !isEnabled ? CBB_DISABLED : hasFocus_ ? CBB_FOCUSED : CBB_NORMAL;
     ::DrawThemeBackground(theme.get(), device, CP_BORDER, border, &client, nullptr);
@@ -254,7 +251,7 @@ void ValueComboWindow::OpenSlider() {
       Notify();
     }
   };
-  slider_ = std::make_unique<SliderPopup>(window_, anchor, range_, value_,
+  slider_ = std::make_unique<SliderPopup>(edit_, anchor, range_, value_,
                                           SliderPopup::Owner{dragged, released, [this] { CloseSlider(true); }});
   ::InvalidateRect(window_, nullptr, TRUE);
 }
