@@ -13,13 +13,12 @@ namespace zvcore {
 namespace {
 
 // Rows change places from the outside inwards. Nothing can stop it half way, so only the start can be aborted.
-int32_t ReorientInPlace(BITMAPHANDLE& bitmap, Orientation orientation) {
+int32_t ReorientInPlace(BITMAPHANDLE& bitmap, Orientation orientation, bool reportsProgress) {
   const auto bytes = static_cast<size_t>(LineBytes(bitmap.width, bitmap.bitsPerPixel));
   Buffer<uint8_t> upperTurned, lowerTurned;
   if (!upperTurned.Allocate(bytes) || !lowerTurned.Allocate(bytes)) return ERROR_OUT_OF_MEMORY;
   Progress progress(1);
-  const int32_t status = progress.Reached(0);
-  if (status != SUCCESS) return status;
+  if (reportsProgress && progress.Reached(0) != SUCCESS) return ERROR_USER_ABORT;
   const auto turn = [&](const uint8_t* row, Buffer<uint8_t>& out) {
     if (!orientation.mirrored) {
       std::memcpy(out.data(), row, bytes);
@@ -38,11 +37,11 @@ int32_t ReorientInPlace(BITMAPHANDLE& bitmap, Orientation orientation) {
     }
     std::memcpy(lower, upperTurned.data(), bytes);
   }
-  progress.Reached(1);
+  if (reportsProgress) progress.Reached(1);
   return SUCCESS;
 }
 
-int32_t ReorientTransposed(BITMAPHANDLE& bitmap, Orientation orientation) {
+int32_t ReorientTransposed(BITMAPHANDLE& bitmap, Orientation orientation, bool reportsProgress) {
   ScratchBitmap turned;
   int32_t status = turned.AllocateLike(bitmap, bitmap.height, bitmap.width, bitmap.bitsPerPixel);
   SourceRows source = {RowAt(bitmap, 0), RowStep(bitmap)};
@@ -56,7 +55,7 @@ int32_t ReorientTransposed(BITMAPHANDLE& bitmap, Orientation orientation) {
   for (int32_t x = 0; status == SUCCESS && x < bitmap.width; x += kTransposeBand) {
     const int32_t last = std::min(x + kTransposeBand, bitmap.width);
     TransposeColumns(source, x, last, bitmap.height, bitmap.bitsPerPixel, destination);
-    status = progress.Reached(last);
+    if (reportsProgress) status = progress.Reached(last);
   }
   if (status != SUCCESS) return status;
   std::swap(turned->xResolution, turned->yResolution);
@@ -97,9 +96,9 @@ bool ShowsMirrorImage(int32_t perspective) {
          perspective == VIEW_RIGHT_BOTTOM;
 }
 
-int32_t Reorient(BITMAPHANDLE& bitmap, Orientation orientation) {
+int32_t Reorient(BITMAPHANDLE& bitmap, Orientation orientation, bool reportsProgress) {
   if (orientation.IsIdentity()) return SUCCESS;
-  return orientation.transposed ? ReorientTransposed(bitmap, orientation) : ReorientInPlace(bitmap, orientation);
+  return (orientation.transposed ? ReorientTransposed : ReorientInPlace)(bitmap, orientation, reportsProgress);
 }
 
 }  // namespace zvcore
@@ -110,19 +109,19 @@ int32_t MirrorBitmap(BITMAPHANDLE* bitmap) {
   const int32_t status = CheckPixels(bitmap);
   if (status != SUCCESS) return status;
   const bool exchanged = ExchangesSides(Perspective(*bitmap));
-  return Reorient(*bitmap, {false, !exchanged, exchanged});
+  return Reorient(*bitmap, {false, !exchanged, exchanged}, false);
 }
 
 int32_t FlipBitmap(BITMAPHANDLE* bitmap) {
   const int32_t status = CheckPixels(bitmap);
   if (status != SUCCESS) return status;
   const bool exchanged = ExchangesSides(Perspective(*bitmap));
-  return Reorient(*bitmap, {false, exchanged, !exchanged});
+  return Reorient(*bitmap, {false, exchanged, !exchanged}, false);
 }
 
 int32_t ApplyViewPerspective(BITMAPHANDLE* bitmap) {
   int32_t status = CheckPixels(bitmap);
-  if (status == SUCCESS) status = Reorient(*bitmap, OrientationOf(Perspective(*bitmap)));
+  if (status == SUCCESS) status = Reorient(*bitmap, OrientationOf(Perspective(*bitmap)), false);
   if (status == SUCCESS) bitmap->viewPerspective = VIEW_TOP_LEFT;
   return status;
 }

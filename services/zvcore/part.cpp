@@ -17,19 +17,15 @@ bool IsInside(const ZVRECT& part, int32_t width, int32_t height) {
 }
 
 template <int bits>
-void CopyIndices(const uint8_t* in, int32_t first, int32_t count, uint8_t* out) {
-  for (int32_t x = 0; x < count; ++x) PutIndexAt<bits>(out, x, IndexAt<bits>(in, first + x));
+void CopyIndices(const uint8_t* in, int32_t inFirst, int32_t count, uint8_t* out, int32_t outFirst) {
+  for (int32_t x = 0; x < count; ++x) PutIndexAt<bits>(out, outFirst + x, IndexAt<bits>(in, inFirst + x));
 }
 
-void CopyPixels(const uint8_t* in, int bits, int32_t first, int32_t count, uint8_t* out) {
-  const int64_t firstBit = static_cast<int64_t>(first) * bits;
-  if (firstBit % 8 == 0) {
-    std::memcpy(out, in + firstBit / 8, static_cast<size_t>((static_cast<int64_t>(count) * bits + 7) / 8));
-  } else if (bits == 1) {
-    CopyIndices<1>(in, first, count, out);
-  } else {
-    CopyIndices<4>(in, first, count, out);
-  }
+void CopyPixels(int bits, const uint8_t* in, int32_t inFirst, int32_t count, uint8_t* out, int32_t outFirst) {
+  if (bits == 1) return CopyIndices<1>(in, inFirst, count, out, outFirst);
+  if (bits == 4) return CopyIndices<4>(in, inFirst, count, out, outFirst);
+  const int64_t pixelBytes = bits / 8;
+  std::memcpy(out + outFirst * pixelBytes, in + inFirst * pixelBytes, static_cast<size_t>(count * pixelBytes));
 }
 
 int32_t MakeAllRows(Resampler* resampler, int32_t height) {
@@ -80,9 +76,22 @@ int32_t CopyBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, co
   status = copy.AllocateLike(*source, width, part->bottom - part->top, source->bitsPerPixel);
   if (status != SUCCESS) return status;
   for (int32_t y = part->top; y < part->bottom; ++y) {
-    CopyPixels(RowAt(*source, y), source->bitsPerPixel, part->left, width, WritableRowAt(*copy, y - part->top));
+    CopyPixels(source->bitsPerPixel, RowAt(*source, y), part->left, width, WritableRowAt(*copy, y - part->top), 0);
   }
   return HandOver(copy, destination);
+}
+
+int32_t PutBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, int32_t left, int32_t top) {
+  int32_t status = CheckPixels(destination);
+  if (status == SUCCESS) status = CheckPixels(source);
+  if (status != SUCCESS) return status;
+  const bool fits = left >= 0 && top >= 0 && left <= destination->width - source->width &&
+                    top <= destination->height - source->height;
+  if (!fits || destination->bitsPerPixel != source->bitsPerPixel || destination->data == source->data) return ERROR_BAD_ARGUMENT;
+  for (int32_t y = 0; y < source->height; ++y) {
+    CopyPixels(source->bitsPerPixel, RowAt(*source, y), 0, source->width, WritableRowAt(*destination, top + y), left);
+  }
+  return SUCCESS;
 }
 
 int32_t MapShownRect(int32_t viewPerspective, int32_t width, int32_t height, const ZVRECT* shown, ZVRECT* stored) {

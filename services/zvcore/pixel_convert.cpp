@@ -234,6 +234,15 @@ int32_t ConvertAllRows(const BITMAPHANDLE& source, BITMAPHANDLE& destination, Pr
 
 }  // namespace zvcore
 
+int32_t ConvertBitmapInto(const BITMAPHANDLE* source, BITMAPHANDLE* destination) {
+  int32_t status = zvcore::CheckPixels(source);
+  if (status == SUCCESS) status = zvcore::CheckPixels(destination);
+  if (status != SUCCESS) return status;
+  const bool sameSize = source->width == destination->width && source->height == destination->height;
+  if (!sameSize || source->data == destination->data) return ERROR_BAD_ARGUMENT;
+  return zvcore::ConvertAllRows(*source, *destination);
+}
+
 int32_t ConvertPixelRow(const BITMAPHANDLE* sourceFormat, const void* source, const BITMAPHANDLE* destinationFormat,
                         void* destination, int32_t pixels) {
   if (!sourceFormat || !source || !destinationFormat || !destination || pixels < 1) return ERROR_BAD_ARGUMENT;

@@ -89,6 +89,6 @@ int32_t RotateBitmap(BITMAPHANDLE* bitmap, int32_t angle, uint32_t flags, uint32
   if (status != SUCCESS) return status;
   if (angle < -kFullTurn || angle > kFullTurn) return ERROR_BAD_ARGUMENT;
   const int32_t stored = StoredAngle(*bitmap, angle);
-  if (stored % kQuarterTurn == 0) return Reorient(*bitmap, QuarterTurns(stored / kQuarterTurn));
+  if (stored % kQuarterTurn == 0) return Reorient(*bitmap, QuarterTurns(stored / kQuarterTurn), true);
   return RotateFreely(*bitmap, stored, flags, fillColor);
 }

@@ -229,6 +229,9 @@ ZVCORE_API int32_t ResampleBitmapPart(BITMAPHANDLE* destination, const BITMAPHAN
                                       int32_t fullHeight, const ZVRECT* part, int32_t method);
 /* Makes a new bitmap of a rectangle of the stored rows, in the same format and with the same perspective. */
 ZVCORE_API int32_t CopyBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, const ZVRECT* part);
+/* Writes all of the source over the stored rows of the destination, its upper left pixel at (left, top). Both have the same
+ * depth, and the source lies inside; order and palette are not looked at. ERROR_BAD_ARGUMENT, ERROR_NO_IMAGE. */
+ZVCORE_API int32_t PutBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, int32_t left, int32_t top);
 /* Where a rectangle of the picture as shown is stored, in a picture of width x height stored pixels under a view
  * perspective. */
 ZVCORE_API int32_t MapShownRect(int32_t viewPerspective, int32_t width, int32_t height, const ZVRECT* shown, ZVRECT* stored);
@@ -240,7 +243,7 @@ ZVCORE_API int32_t RotateBitmap(BITMAPHANDLE* bitmap, int32_t angle, uint32_t fl
 /* Mirror left to right, and flip top to bottom, as shown. */
 ZVCORE_API int32_t MirrorBitmap(BITMAPHANDLE* bitmap);
 ZVCORE_API int32_t FlipBitmap(BITMAPHANDLE* bitmap);
-/* Turns the pixels so that view perspective 1 shows what the former one did. */
+/* Turns the pixels so that view perspective 1 shows what the former one did. Like mirroring it reports no progress. */
 ZVCORE_API int32_t ApplyViewPerspective(BITMAPHANDLE* bitmap);
 /* Changes depth and order in place. For 1 to 8 bits palette gives 2^bits colours; null takes a grey ramp with ORDER_GRAY (8
  * bits then are grey without indices), else the best colours of the image, which are its own when they are few enough.
@@ -253,6 +256,9 @@ ZVCORE_API int32_t ConvertBitmapDepth(BITMAPHANDLE* bitmap, int32_t bitsPerPixel
  * ERROR_BAD_ARGUMENT for null, fewer than 1 pixels, an unknown depth, or indices without a palette. */
 ZVCORE_API int32_t ConvertPixelRow(const BITMAPHANDLE* sourceFormat, const void* source, const BITMAPHANDLE* destinationFormat,
                                    void* destination, int32_t pixels);
+/* Fills an allocated destination of the same stored size with the source's pixels, converted like that. Reports no progress.
+ * ERROR_BAD_ARGUMENT, ERROR_NO_IMAGE, ERROR_OUT_OF_MEMORY. */
+ZVCORE_API int32_t ConvertBitmapInto(const BITMAPHANDLE* source, BITMAPHANDLE* destination);
 /* Make rows reachable and end that; they nest. ERROR_NO_IMAGE without pixels. */
 ZVCORE_API int32_t LockBitmapRows(BITMAPHANDLE* bitmap);
 ZVCORE_API int32_t UnlockBitmapRows(BITMAPHANDLE* bitmap);

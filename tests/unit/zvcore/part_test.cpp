@@ -85,6 +85,25 @@ TEST(CopyPart, TakesTheRectangleInEveryFormat) {
   }
 }
 
+TEST(PutPart, WritesOnlyItsRectangleInEveryFormat) {
+  for (const Format& format : AllFormats()) {
+    SCOPED_TRACE(NameOf(format));
+    TestBitmap target(29, 9, format), before(29, 9, format), part(7, 4, format);
+    target.FillWithNoise();
+    before.FillWithNoise();
+    part.FillWithNoise(2);
+    ASSERT_EQ(PutBitmapPart(&target, &part, 5, 3), SUCCESS);
+    for (int32_t y = 0; y < 9; ++y) {
+      for (int32_t x = 0; x < 29; ++x) {
+        const bool covered = x >= 5 && x < 12 && y >= 3 && y < 7;
+        ASSERT_EQ(target.Pixel(x, y), covered ? part.Pixel(x - 5, y - 3) : before.Pixel(x, y)) << x << ", " << y;
+      }
+    }
+    EXPECT_EQ(PutBitmapPart(&target, &part, 23, 3), ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(PutBitmapPart(&target, &part, -1, 3), ERROR_BAD_ARGUMENT);
+  }
+}
+
 TEST(MapShown, PartOfThePictureIsTheSameBeforeAndAfterTurningItUpright) {
   for (int perspective = 1; perspective <= 8; ++perspective) {
     SCOPED_TRACE(perspective);
