@@ -40,7 +40,8 @@ class ChunkWriter {
 
   void Write(const char* name, std::span<const uint8_t> content) {
     uint32_t sum = libdeflate_crc32(0, name, 4);
-    sum = libdeflate_crc32(sum, content.data(), content.size());
+    // For an empty block the library may be given a null pointer, which it takes as a wish for its starting value.
+    if (!content.empty()) sum = libdeflate_crc32(sum, content.data(), content.size());
     sink_.WriteBe(content.size(), 4);
     sink_.Write(name, 4);
     sink_.Write(content.data(), content.size());
