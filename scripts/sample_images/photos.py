@@ -121,5 +121,6 @@ def make(path, width, height, seed, noise=0.35, output=()):
     arguments = ["-quiet"] + grain + _scene(rng, seed, half_width, half_height)
     arguments += ["-filter", "Mitchell", "-resize", f"{width}x{height}!"]
     arguments += ["(", "-size", f"{width}x{height}", "tile:mpr:grain", ")", "-compose", "overlay", "-composite"]
-    arguments += ["+repage", "-depth", "8", "-strip", "-density", "300", "-units", "PixelsPerInch", *output, path]
+    depth = [] if "-depth" in output else ["-depth", 8]
+    arguments += ["+repage", "-alpha", "off", "-strip", "-density", 300, "-units", "PixelsPerInch", *depth, *output, path]
     tool.convert(*arguments)
