@@ -3,6 +3,7 @@
 #include "services/zvfile/codec.h"
 #include "services/zvfile/codecs/magick_formats.h"
 #include "services/zvfile/codecs/magick_library.h"
+#include "services/zvfile/codecs/magick_photo_cd.h"
 #include "services/zvfile/codecs/magick_pixels.h"
 
 namespace zvfile {
@@ -28,7 +29,8 @@ int32_t Open(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (!marked) opened.format = FindByExtension(request.extension);
   if (!opened.format) return ERROR_FILE_FORMAT;
   if (!source.ReadAll(opened.storage, opened.bytes, kMaxFileBytes)) return ERROR_LIMIT_EXCEEDED;
-  const IMAGESIZE size = opened.format->format == FMT_PCD ? request.loadSize : IMAGESIZE{0, 0};
+  const bool photoCd = opened.format->format == FMT_PCD;
+  const IMAGESIZE size = photoCd ? PhotoCdReaderSize(source, request.loadSize) : IMAGESIZE{0, 0};
   int32_t result = Decode(opened.bytes, *opened.format, request.page, size, request.limits, opened.image);
   // What has no mark and does not decode is no damaged file of the format, but something else with its extension.
   if (result == ERROR_FILE_DAMAGED && !marked) return ERROR_FILE_FORMAT;
@@ -70,6 +72,15 @@ int32_t Load(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   return result;
 }
 
+// --- Sizes ---
+
+int32_t Sizes(ByteSource& source, const LoadRequest&, std::vector<IMAGESIZE>& sizes) {
+  const Format* format = FindByContent(source);
+  if (!format || format->format != FMT_PCD) return ERROR_FEATURE_UNSUPPORTED;
+  sizes = PhotoCdSizes(source);
+  return SUCCESS;
+}
+
 // --- The row of the codec table ---
 
 constexpr FormatRow kFormats[] = {
@@ -102,7 +113,7 @@ extern const Codec kMagickCodec = {
     .save = nullptr,
     .deletePage = nullptr,
     .stamp = nullptr,
-    .sizes = nullptr,
+    .sizes = magick::Sizes,
 };
 
 }  // namespace zvfile

@@ -20,7 +20,7 @@ constexpr int64_t kMaxMemory = int64_t{6} << 30;
 bool broken = false;
 
 // The library calls abort when this returns, so it does not.
-void ThrowFatal(const ExceptionType, const char*, const char*) {
+__attribute__((noreturn)) void ThrowFatal(const ExceptionType, const char*, const char*) {
   broken = true;
   throw std::bad_alloc();
 }
@@ -121,8 +121,12 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
   const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
   if (broken) return ERROR_OUT_OF_MEMORY;
   const InfoPtr info = MakeInfo(format);
-  info->subimage = static_cast<unsigned long>(page) - 1;
-  info->subrange = 1;
+  const unsigned long scene = static_cast<unsigned long>(page) - 1;
+  // The Photo CD reader takes a page number for a size.
+  if (format.format != FMT_PCD) {
+    info->subimage = scene;
+    info->subrange = 1;
+  }
   if (size.width > 0 && size.height > 0) {
     char text[32];
     std::snprintf(text, sizeof text, "%dx%d", size.width, size.height);
@@ -133,7 +137,7 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
   image.reset(BlobToImage(info.get(), bytes.data(), bytes.size(), &exception));
   int32_t result = SUCCESS;
   if (!image || exception.severity >= ErrorException) result = ResultOf(exception);
-  if (result == SUCCESS && !SelectPage(info->subimage, image)) result = ERROR_PAGE_MISSING;
+  if (result == SUCCESS && !SelectPage(scene, image)) result = ERROR_PAGE_MISSING;
   if (result == SUCCESS && !IsWhole(*image)) result = ERROR_FILE_DAMAGED;
   DestroyExceptionInfo(&exception);
   if (result != SUCCESS) return result;

@@ -94,12 +94,32 @@ int32_t DescribeAt(ByteSource& source, const LoadRequest& request, uint64_t offs
   return SUCCESS;
 }
 
+// The reduced pictures of a page: its sub-images and those that follow it in the chain.
+std::vector<Directory> StampCandidates(OpenPage& page) {
+  std::vector<uint64_t> offsets;
+  if (const Entry* entry = page.directory.Find(kSubIfds)) {
+    constexpr uint64_t kMost = 64;
+    uint64_t offset = 0;
+    for (uint64_t i = 0; i < std::min(entry->count, kMost); ++i) {
+      if (page.stream.Number(*entry, i, offset)) offsets.push_back(offset);
+    }
+  }
+  offsets.insert(offsets.end(), page.thumbnails.begin(), page.thumbnails.end());
+  std::vector<Directory> candidates;
+  Directory directory;
+  for (const uint64_t offset : offsets) {
+    if (page.stream.ReadDirectory(offset, directory) && IsThumbnail(page.stream, directory))
+      candidates.push_back(directory);
+  }
+  return candidates;
+}
+
 int32_t Open(ByteSource& source, const LoadRequest& request, OpenPage& page) {
   int32_t result = OpenStream(source, page);
   if (result == SUCCESS) result = FindPage(request, page);
   if (result == SUCCESS) result = DescribeAt(source, request, page.directory.offset, page);
   if (result != SUCCESS) return result;
-  if (page.directory.Find(kSubIfds) || !page.thumbnails.empty()) page.header.flags |= FILEINFO_HAS_STAMP;
+  if (!StampCandidates(page).empty()) page.header.flags |= FILEINFO_HAS_STAMP;
   return SUCCESS;
 }
 
@@ -224,26 +244,6 @@ int32_t LoadJpegThumbnail(ByteSource& source, Stream& stream, const Directory& d
   plain.page = 1;
   plain.filePosition = 0;
   return kJpegCodec.load(jpeg, plain, sink);
-}
-
-// The reduced pictures of a page: its sub-images and those that follow it in the chain.
-std::vector<Directory> StampCandidates(OpenPage& page) {
-  std::vector<uint64_t> offsets;
-  if (const Entry* entry = page.directory.Find(kSubIfds)) {
-    constexpr uint64_t kMost = 64;
-    uint64_t offset = 0;
-    for (uint64_t i = 0; i < std::min(entry->count, kMost); ++i) {
-      if (page.stream.Number(*entry, i, offset)) offsets.push_back(offset);
-    }
-  }
-  offsets.insert(offsets.end(), page.thumbnails.begin(), page.thumbnails.end());
-  std::vector<Directory> candidates;
-  Directory directory;
-  for (const uint64_t offset : offsets) {
-    if (page.stream.ReadDirectory(offset, directory) && IsThumbnail(page.stream, directory))
-      candidates.push_back(directory);
-  }
-  return candidates;
 }
 
 // The smallest reduced picture there is: those of pyramids can be nearly as large as the image.
