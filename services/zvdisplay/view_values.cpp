@@ -26,8 +26,9 @@ uint8_t ToLevel(double value) { return static_cast<uint8_t>(std::clamp(std::lrou
 // Brightness is an offset in levels, contrast a percentage of the distance from the middle grey.
 std::array<uint8_t, 256> LevelTable(int32_t brightness, int32_t contrast) {
   std::array<uint8_t, 256> table;
-  for (int level = 0; level < 256; ++level)
-    table[level] = ToLevel((level - 127.5) * contrast / 100.0 + 127.5 + brightness);
+  for (int level = 0; level < 256; ++level) {
+    table[static_cast<size_t>(level)] = ToLevel((level - 127.5) * contrast / 100.0 + 127.5 + brightness);
+  }
   return table;
 }
 

@@ -167,6 +167,128 @@ TEST(Paint, RefusesWhatHasNoPixels) {
   EXPECT_EQ(PaintBitmap(canvas.device(), nullptr, nullptr, nullptr, nullptr, nullptr, SRCCOPY), ERROR_BAD_ARGUMENT);
 }
 
+TEST(Paint, ShowsAMirroredPictureInADestinationWithItsSidesExchanged) {
+  FourColors picture;
+  Canvas canvas(8, 8);
+  const RECT mirrored{8, 0, 0, 8}, turned{8, 8, 0, 0};
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &mirrored, nullptr, SRCCOPY), SUCCESS);
+  EXPECT_EQ(canvas.At(1, 1), kGreen);
+  EXPECT_EQ(canvas.At(6, 6), kBlue);
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &turned, nullptr, 0), SUCCESS);
+  EXPECT_EQ(canvas.At(1, 1), kWhite);
+  EXPECT_EQ(canvas.At(6, 6), kRed);
+}
+
+TEST(Paint, InPiecesIsTheSameAsAtOnce) {
+  Picture picture(300, 200, 24);
+  for (int row = 0; row < 200; ++row) {
+    std::vector<uint8_t> bytes(900);
+    for (int i = 0; i < 900; ++i) bytes[size_t(i)] = uint8_t(i * 7 + row * row);
+    picture.SetRow(row, bytes);
+  }
+  for (const int perspective : {VIEW_TOP_LEFT, VIEW_RIGHT_TOP}) {
+    picture.handle.viewPerspective = perspective;
+    Canvas whole(91, 67), pieces(91, 67);
+    ASSERT_EQ(Paint(whole, picture.handle), SUCCESS);
+    for (int y = 0; y < 67; y += 13) {
+      for (int x = 0; x < 91; x += 17) {
+        const RECT clip{x, y, x + 17, y + 13};
+        ASSERT_EQ(Paint(pieces, picture.handle, nullptr, &clip), SUCCESS);
+      }
+    }
+    for (int y = 0; y < 67; ++y) {
+      for (int x = 0; x < 91; ++x) ASSERT_EQ(whole.At(x, y), pieces.At(x, y)) << x << ", " << y;
+    }
+  }
+}
+
+TEST(Paint, FollowsTheMappingOfTheDeviceAndLeavesItAsItWas) {
+  FourColors picture;
+  Canvas canvas(80, 80);
+  SetMapMode(canvas.device(), MM_ANISOTROPIC);
+  SetWindowExtEx(canvas.device(), 100, 100, nullptr);
+  SetViewportExtEx(canvas.device(), 40, 40, nullptr);
+  SetViewportOrgEx(canvas.device(), 20, 20, nullptr);
+  const RECT place{0, 0, 100, 100};
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &place, nullptr, SRCCOPY), SUCCESS);
+  EXPECT_EQ(canvas.At(19, 19), kWhite);
+  EXPECT_EQ(canvas.At(20, 20), kRed);
+  EXPECT_EQ(canvas.At(39, 59), kBlue);
+  EXPECT_EQ(canvas.At(60, 20), kWhite);
+  EXPECT_EQ(GetMapMode(canvas.device()), MM_ANISOTROPIC);
+  POINT origin{};
+  GetViewportOrgEx(canvas.device(), &origin);
+  EXPECT_EQ(origin.x, 20);
+}
+
+TEST(Paint, TakesOnlyWhatTheSourceClipLeaves) {
+  FourColors picture;
+  Canvas canvas(8, 8);
+  const RECT all = canvas.All(), clip{1, 0, 2, 2};
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, &clip, &all, nullptr, SRCCOPY), SUCCESS);
+  EXPECT_EQ(canvas.At(1, 1), kWhite);
+  EXPECT_EQ(canvas.At(6, 1), kGreen);
+}
+
+TEST(Paint, EnlargesSmoothlyWhenAskedTo) {
+  FourColors picture;
+  Canvas squares(8, 8), smooth(8, 8);
+  ASSERT_EQ(Paint(squares, picture.handle), SUCCESS);
+  const uint32_t former = SetDisplayMode(DISPLAY_MODE_SMOOTH_ENLARGE, DISPLAY_MODE_SMOOTH_ENLARGE);
+  ASSERT_EQ(Paint(smooth, picture.handle), SUCCESS);
+  SetDisplayMode(~0u, former);
+  EXPECT_EQ(squares.At(3, 0), kRed);
+  EXPECT_GT(GetGValue(smooth.At(3, 0)), 50);
+}
+
+TEST(Paint, OfACloseLookAtAHugePictureCostsOnlyWhatIsSeen) {
+  FourColors picture;
+  Canvas canvas(40, 40);
+  const RECT huge{-400000, -400000, 400000, 400000};
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &huge, nullptr, SRCCOPY), SUCCESS);
+  EXPECT_EQ(canvas.At(39, 39), kWhite);
+  const RECT offside{-400000, -400000, 800000, 0};
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &offside, nullptr, SRCCOPY), ERROR_BAD_ARGUMENT);
+}
+
+TEST(Paint, LeaksNeitherMemoryNorGdiObjects) {
+  Picture picture(100, 100, 32);
+  picture.handle.flags |= BITMAP_FLAG_ALPHA;
+  Canvas canvas(30, 30);
+  ASSERT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  const int64_t blocks = CoreBlockCount();
+  const DWORD objects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  for (int i = 0; i < 50; ++i) ASSERT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  EXPECT_EQ(CoreBlockCount(), blocks);
+  EXPECT_EQ(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), objects);
+}
+
+TEST(Paint, ReportsNoProgress) {
+  FourColors picture;
+  picture.handle.viewPerspective = VIEW_RIGHT_TOP;
+  Canvas canvas(8, 8);
+  int calls = 0;
+  SetStatusCallback([](int32_t, void* count) -> int32_t { return ++*static_cast<int*>(count); }, &calls, nullptr, nullptr);
+  EXPECT_EQ(Paint(canvas, picture.handle), SUCCESS);
+  SetStatusCallback(nullptr, nullptr, nullptr, nullptr);
+  EXPECT_EQ(calls, 0);
+}
+
+TEST(Print, LaysAlphaOverWhiteAndTakesTheNaturalSize) {
+  Picture picture(10, 10, 32);
+  picture.handle.flags |= BITMAP_FLAG_ALPHA;
+  picture.handle.xResolution = picture.handle.yResolution = 48;
+  Canvas canvas(100, 100);
+  const RECT all = canvas.All();
+  FillRect(canvas.device(), &all, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+  ASSERT_EQ(PrintBitmap(canvas.device(), &picture.handle, 5, 5, 0, 0, 0), SUCCESS);
+  const int size = 10 * GetDeviceCaps(canvas.device(), LOGPIXELSX) / 48;
+  EXPECT_EQ(canvas.At(4, 5), RGB(0, 0, 0));
+  EXPECT_EQ(canvas.At(5, 5), kWhite);
+  EXPECT_EQ(canvas.At(4 + size, 4 + size), kWhite);
+  EXPECT_EQ(canvas.At(5 + size, 5 + size), RGB(0, 0, 0));
+}
+
 TEST(Print, FillsTheRectangleBandByBand) {
   Picture picture(16, 3000, 24);
   ASSERT_EQ(FillBitmap(&picture.handle, kBlue), SUCCESS);
