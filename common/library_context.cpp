@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "services/zvdlgwidgets/window_classes.h"
+
 namespace {
 
 // The manifest of a module that is not a program has this resource number.
@@ -39,3 +41,5 @@ ControlsContext::~ControlsContext() {
     ::DeactivateActCtx(0, cookie_);
   }
 }
+
+LibraryContext::LibraryContext() { RegisterWidgetClasses(AfxGetInstanceHandle()); }

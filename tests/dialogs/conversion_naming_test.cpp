@@ -99,7 +99,7 @@ TEST_F(NamingDialogs, UsesLetterRangesAndUpperCase) {
 TEST_F(NamingDialogs, AppendsATagFromTheMenuAfterASpace) {
   WithNamingDialog([](HWND, HWND naming) {
     Command(naming, ID_NAMING_TAG_NUM);
-    EXPECT_EQ(L"<SRC> <NUM>", TextOf(naming, IDE_NAMING_TEMPLATE));
+    WaitUntil([naming] { return TextOf(naming, IDE_NAMING_TEMPLATE) == L"<SRC> <NUM>"; }, "the tag in the template");
     EXPECT_EQ(L"FileName 1", Sample(naming, 1));
     CloseWith(naming, IDCANCEL);
   });
@@ -109,7 +109,7 @@ TEST_F(NamingDialogs, LeavesATemplateAloneThatATagWouldMakeTooLong) {
   WithNamingDialog([](HWND, HWND naming) {
     const std::wstring text(97, L'x');
     SetText(naming, IDE_NAMING_TEMPLATE, text);
-    Command(naming, ID_NAMING_TAG_SRC);
+    ::SendMessageW(naming, WM_COMMAND, ID_NAMING_TAG_SRC, 0);
     EXPECT_EQ(text, TextOf(naming, IDE_NAMING_TEMPLATE));
     CloseWith(naming, IDCANCEL);
   });
