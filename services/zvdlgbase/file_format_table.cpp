@@ -64,6 +64,11 @@ constexpr FileFormatEntry kWritable[] = {
     {FMT_BIGTIFF, kNoQuality, kAllPageOperations, kContainerStamp},
     {FMT_BIGTIFF_DEFLATE, kNoQuality, kAllPageOperations, kContainerStamp},
     {FMT_CMP, kJpegQuality, kAllPageOperations, kContainerStamp},
+    {FMT_WEBP, kJpegQuality, 0, kNoStamp},
+    {FMT_J2K, kJpegQuality, 0, kNoStamp},
+    {FMT_JP2, kJpegQuality, 0, kNoStamp},
+    {FMT_ICO, kNoQuality, 0, kNoStamp},
+    {FMT_ICO_PNG, kDeflateLevel, 0, kNoStamp},
 };
 
 const FileFormatEntry* FindWritable(int32_t fileFormat) {
