@@ -73,7 +73,8 @@ XPSLOADOPTION DefaultXps() {
 VECTORPENOPTION DefaultPens() {
   VECTORPENOPTION option = Tagged<VECTORPENOPTION>();
   // By index: the record is packed, so no reference may be bound to its fields.
-  for (size_t pen = 0; pen < std::size(option.width); ++pen) option.width[pen] = 1;
+  // Not by a standard algorithm: the packed record gives no aligned reference to its arrays.
+  for (size_t pen = 0; pen < sizeof option.width / sizeof option.width[0]; ++pen) option.width[pen] = 1;
   return option;
 }
 
