@@ -18,6 +18,7 @@ python3 "$root/scripts/make_samples.py" samples "$samples"
 if [[ -n ${DISPLAY:-} ]]; then
   trap stop_wine EXIT
   ensure_wine_prefix
+  window_manager yes
   picture=$(find "$samples" -name 'landscape 1.jpg' -print -quit)
   say "opening the demo application"
   "$root/scripts/wine_run.sh" "$build/bin/zvdemo.exe" "$(wine winepath -w "$picture")"
@@ -25,5 +26,6 @@ else
   trap 'stop_wine; stop_display' EXIT
   start_display
   ensure_wine_prefix
+  window_manager no
   "$root/scripts/convert_samples.sh"
 fi

@@ -70,6 +70,7 @@ trap clean_up EXIT
 start_display
 ensure_wine_prefix
 keep_wine
+window_manager no
 if [[ $mode == bench ]]; then
   [[ -x $root/tests/bench/run.sh ]] || die "tests/bench/run.sh is missing; type: git checkout -- tests/bench"
   "$root/tests/bench/run.sh"

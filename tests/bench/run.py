@@ -46,8 +46,8 @@ def tasks():
     return [
         Task("JPEG to PNG, level 6", "jpeg", "PNG", 24, "-", 75, 6, 100, "png", png, png),
         Task("JPEG to TIFF, uncompressed", "jpeg", "TIFF", 24, "Uncompressed", 3, 0, 100, "tif", tiff, tiff),
-        Task("TIFF to JPEG, 4:2:0", "tiff", "JPEG", 24, "4:2:0", 23, 28, 100, "jpg", jpeg, im_jpeg),
-        Task("JPEG to JPEG, 50 %", "jpeg", "JPEG", 24, "4:2:0", 23, 28, 50, "jpg", resize + jpeg, resize + im_jpeg),
+        Task("TIFF to JPEG, 4:2:0", "tiff", "JPEG", 24, "YUV 4:2:0", 23, 28, 100, "jpg", jpeg, im_jpeg),
+        Task("JPEG to JPEG, 50 %", "jpeg", "JPEG", 24, "YUV 4:2:0", 23, 28, 50, "jpg", resize + jpeg, resize + im_jpeg),
     ]
 
 
@@ -64,15 +64,18 @@ def run_ours(build, mode, arguments):
 
 
 def run_peer(program, options, files, folder):
-    """Runs a peer's mogrify over the files; gives seconds, peak megabytes and bytes written."""
+    """Runs a peer's mogrify over the files, all of one folder; gives seconds, peak megabytes and bytes written."""
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
+    # gm puts the whole path of a source below its output directory, so both peers start in the sources' folder.
+    source = pathlib.Path(files[0]).parent
+    files = [pathlib.Path(file).name for file in files]
     if program == "gm":
         command = ["gm", "mogrify", "-output-directory", str(folder)] + options + files
     else:
         command = [IMAGEMAGICK, "-path", str(folder)] + options + files
     start = time.perf_counter()
-    process = subprocess.Popen(["taskset", "-c", PROCESSOR] + command, env={**os.environ, **ONE_THREAD})
+    process = subprocess.Popen(["taskset", "-c", PROCESSOR] + command, cwd=source, env={**os.environ, **ONE_THREAD})
     _, status, usage = os.wait4(process.pid, 0)
     seconds = time.perf_counter() - start
     if status != 0:
