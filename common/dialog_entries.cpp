@@ -1,6 +1,8 @@
 // The exports of the dialogs that stand over a parent window of the caller.
+#include "associations/file_format_associations_dlg.h"
 #include "common/entry_frame.h"
 #include "conversion/file_conversion_dlg.h"
+#include "iccprofile/icc_profile_dlg.h"
 #include "include/zvfiledlg.h"
 #include "platform/afx.h"
 
@@ -46,9 +48,29 @@ int32_t ZV_CALL Z_DlgFileConversion(HWND parent, FILECONVERSIONDLGPARAMS* params
 }
 
 int32_t ZV_CALL Z_DlgICCProfile(HWND parent, ICCPROFILEDLGPARAMS* params) {
-  return EnterLibrary(kProfileFamily, parent, params, [](CWnd*) { return ERROR_DIALOG_FAILED; });
+  return EnterLibrary(kProfileFamily, parent, params, [=](CWnd* owner) {
+    CZVICCProfileDlg dialog(owner);
+    Prepare(dialog, params->helpCallback, params->helpUserData, params->position);
+    const int32_t status = dialog.BindColorLibrary(params);
+    return status == SUCCESS ? RunToClose(dialog, *params) : status;
+  });
 }
 
 int32_t ZV_CALL Z_DlgFilesAssociation(HWND parent, FILEASSOCIATIONDLGPARAMS* params) {
-  return EnterLibrary(kAssociationFamily, parent, params, [](CWnd*) { return ERROR_DIALOG_FAILED; });
+  return EnterLibrary(kAssociationFamily, parent, params, [=](CWnd* owner) {
+    CZVFileFormatAssociationsDlg dialog(owner, params->pszProgID, params->uFlags);
+    Prepare(dialog, params->pfnHelpCallback, params->pHelpUserData, params->ptPosition);
+    const int32_t status = dialog.ApplyParams(*params);
+    if (status != SUCCESS) {
+      return status;
+    }
+    switch (dialog.DoModal()) {
+      case IDOK:
+        return SUCCESS_DLG_OK;
+      case IDCANCEL:
+        return SUCCESS_DLG_CANCEL;
+      default:
+        return ERROR_DIALOG_FAILED;
+    }
+  });
 }

@@ -179,7 +179,13 @@ int32_t ZV_CALL Z_DlgICCProfileA(HWND parent, ICCPROFILEDLGPARAMSA* params) {
   ConvertField(params->savePath, wide.savePath);
   wide.flags = params->flags;
   CopyPlaceAndHelp(*params, wide);
-  return Z_DlgICCProfile(parent, &wide);
+  const int32_t result = Z_DlgICCProfile(parent, &wide);
+  // Nothing goes back to an 8-bit caller, so a profile that was loaded has no other owner.
+  if (wide.iccProfile.data != params->iccProfile.data) {
+    CoreFree(wide.iccProfile.data, __LINE__, __FILE__);
+    CoreFree(wide.iccProfile.tags, __LINE__, __FILE__);
+  }
+  return result;
 }
 
 int32_t ZV_CALL Z_DlgFileConversionA(HWND parent, FILECONVERSIONDLGPARAMSA* params) {

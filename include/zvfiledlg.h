@@ -81,8 +81,12 @@ int32_t ZV_CALL Z_DlgOpen(HWND parent, OPENFILENAMEW* openFileName, OPENFILEDLGP
  * ERROR_NO_IMAGE when a file is to be written and bitmap holds no pixels. */
 int32_t ZV_CALL Z_DlgSave(HWND parent, OPENFILENAMEW* openFileName, SAVEFILEDLGPARAMS* params);
 
-/* Lets the user load and save ICC profiles. The record is checked; the dialog comes in a later version, until then
- * ERROR_DIALOG_FAILED. Ends with SUCCESS_DLG_CLOSE after OK and Cancel alike. */
+/* Lets the user load an ICC profile from an ICC file or an image and save it to one. When the user ends the dialog with its
+ * Close button, iccProfile is what was loaded last, or empty after a load that failed; Esc and the window's close box leave it
+ * as it was. A profile that the caller passed in stays the caller's and is never freed here: keep a copy of its record, and
+ * free it when the record came back with another one. A profile that was loaded is the caller's from then on. Both are freed
+ * with Z_FreeICCProfile of zvcolor (services/zvcolor/zvcolor.h). The twin for 8-bit text gives nothing back.
+ * SUCCESS_DLG_CLOSE either way; ERROR_COLOR_LIBRARY_MISSING without a zvcolor.dll that has all its functions. */
 int32_t ZV_CALL Z_DlgICCProfile(HWND parent, ICCPROFILEDLGPARAMS* params);
 
 /* Lets the user collect files and convert each of them to one or more formats, any number of times.
@@ -92,8 +96,9 @@ int32_t ZV_CALL Z_DlgICCProfile(HWND parent, ICCPROFILEDLGPARAMS* params);
  * ERROR_DIALOG_FAILED also when fileList is given but empty, or an entry of formats is not in the catalogue. */
 int32_t ZV_CALL Z_DlgFileConversion(HWND parent, FILECONVERSIONDLGPARAMS* params);
 
-/* Lets the user choose which file extensions the program pszProgID owns. The record is checked; the dialog comes in a later
- * version, until then ERROR_DIALOG_FAILED. */
+/* Lets the user choose which file extensions the program pszProgID owns. OK writes the changed ones to the registry and tells
+ * the shell; a refusal or failure is shown to the user, and the other extensions are written. The record is only read.
+ * SUCCESS_DLG_OK or SUCCESS_DLG_CANCEL; ERROR_BAD_ARGUMENT also for a text of the record that cannot be read. */
 int32_t ZV_CALL Z_DlgFilesAssociation(HWND parent, FILEASSOCIATIONDLGPARAMS* params);
 
 /* Show the frame in which images are placed on pages and printed. The records are checked; the frame comes in a later
