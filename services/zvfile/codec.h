@@ -150,6 +150,9 @@ extern const Codec kJ2kCodec;
 extern const Codec kIconCodec;
 extern const Codec kPsdCodec;
 extern const Codec kXwdCodec;
+#ifdef _WIN32
+extern const Codec kMetafileCodec;
+#endif
 extern const Codec kMagickCodec;
 
 // The whole table, in order of preference.

@@ -10,34 +10,12 @@ namespace {
 
 // In order of preference: direct codecs first, the long tail last, since it knows the same signatures.
 constexpr const Codec* kCodecs[] = {
-    &kJpegCodec,
-    &kPngCodec,
-#ifdef ZVFILE_TIFF
-    &kTiffCodec,
+    &kJpegCodec, &kPngCodec, &kTiffCodec, &kGifCodec, &kBmpCodec,      &kCmpCodec,
+    &kWebpCodec, &kJ2kCodec, &kIconCodec, &kPsdCodec, &kXwdCodec,
+#ifdef _WIN32
+    &kMetafileCodec,
 #endif
-#ifdef ZVFILE_GIF
-    &kGifCodec,
-#endif
-    &kBmpCodec,
-    &kCmpCodec,
-#ifdef ZVFILE_WEBP
-    &kWebpCodec,
-#endif
-#ifdef ZVFILE_J2K
-    &kJ2kCodec,
-#endif
-#ifdef ZVFILE_ICON
-    &kIconCodec,
-#endif
-#ifdef ZVFILE_PSD
-    &kPsdCodec,
-#endif
-#ifdef ZVFILE_XWD
-    &kXwdCodec,
-#endif
-#ifdef ZVFILE_MAGICK
     &kMagickCodec,
-#endif
 };
 
 bool Matches(const Signature& signature, std::span<const uint8_t> head) {
