@@ -1,4 +1,5 @@
-// The exported face of the catalogue. A position is the index of the entry that the next step gives, negative at the end.
+// The exported face of the catalogue. A position is the index of the entry that the next step gives, negative at the
+// end.
 #include "services/zvdlgbase/catalogue_table.h"
 #include "services/zvdlgbase/zvdlgbase.h"
 

@@ -1,6 +1,6 @@
-// The catalogue of formats that can be saved, as one constexpr table: format -> bit depths -> sub types. What is listed here
-// is what the file library writes; a format that it no longer writes, or newly does, is a change of this table and of
-// file_format_table.cpp, and of nothing else.
+// The catalogue of formats that can be saved, as one constexpr table: format -> bit depths -> sub types. What is listed
+// here is what the file library writes; a format that it no longer writes, or newly does, is a change of this table and
+// of file_format_table.cpp, and of nothing else.
 #pragma once
 
 #include <cstdint>

@@ -21,8 +21,8 @@ struct StampEntry {
 };
 
 constexpr StampEntry kNoStamp = {0, 0, 0};
-// Exif asks for a thumbnail of 160 x 120 (Exif 2.3, 4.5.8); all of the thumbnail must fit a segment of 64 KB with the rest
-// of the Exif data, which 255 x 255 pixels of JPEG do.
+// Exif asks for a thumbnail of 160 x 120 (Exif 2.3, 4.5.8); all of the thumbnail must fit a segment of 64 KB with the
+// rest of the Exif data, which 255 x 255 pixels of JPEG do.
 constexpr StampEntry kExifThumbnail = {16, 255, STAMP_DEPTH_8 | STAMP_DEPTH_24};
 constexpr StampEntry kContainerStamp = {16, 1024, STAMP_DEPTH_8 | STAMP_DEPTH_24};
 

@@ -1,5 +1,5 @@
-// The barrier of an exported function: an exception becomes a result code. What the kernel allocates is small, so that the
-// only one to be expected is a lack of memory.
+// The barrier of an exported function: an exception becomes a result code. What the kernel allocates is small, so that
+// the only one to be expected is a lack of memory.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-/* The ids of the texts in the dialog kernel's string table, one group a dialog. Dialogs, resource scripts and tests read it, so
- * it holds nothing but numbers. An id never changes its meaning: applications replace texts by number.
+/* The ids of the texts in the dialog kernel's string table, one group a dialog. Dialogs, resource scripts and tests
+ * read it, so it holds nothing but numbers. An id never changes its meaning: applications replace texts by number.
  *
  * A text that is a format for printf is marked with its arguments.
  */

@@ -1,5 +1,6 @@
-/* zvdlgbase: the dialog kernel. Readiness, the table of texts that the dialogs show, the catalogue of formats that can be
- * saved, the classes of file formats, and the placing of dialog windows. One set of texts and one catalogue per process.
+/* zvdlgbase: the dialog kernel. Readiness, the table of texts that the dialogs show, the catalogue of formats that can
+ * be saved, the classes of file formats, and the placing of dialog windows. One set of texts and one catalogue per
+ * process.
  */
 #ifndef ZVDLGBASE_H
 #define ZVDLGBASE_H
@@ -40,9 +41,9 @@ extern "C" {
 #define MULTIPAGE_INSERT 8u
 
 #pragma pack(push, 1)
-/* format is an index into the catalogue, fileFormat a number of the file library: two different numbers. Where a format has
- * sub types, every one of its bit depths has, the list begins with sub type 1, and extension, file format and option flags
- * are those of the sub type. */
+/* format is an index into the catalogue, fileFormat a number of the file library: two different numbers. Where a format
+ * has sub types, every one of its bit depths has, the list begins with sub type 1, and extension, file format and
+ * option flags are those of the sub type. */
 typedef struct tagFORMATINFO {
   uint32_t uStructSize; /*  0: 24 */
   int32_t format;       /*  4 */
@@ -106,27 +107,28 @@ ZVDLGBASE_API int32_t GetDialogStringLength(uint32_t id, uint32_t* length);
 /* Copies the text into a buffer of bufferLength characters, terminator included. ERROR_BUFFER_TOO_SMALL leaves an empty
  * text. */
 ZVDLGBASE_API int32_t GetDialogStringText(uint32_t id, wchar_t* buffer, uint32_t bufferLength);
-/* Replaces a text for later readers, in this process; null takes the replacement away again. Applications may add ids. */
+/* Replaces a text for later readers of this process; null takes that back. Applications may add ids. */
 ZVDLGBASE_API int32_t SetDialogStringText(uint32_t id, const wchar_t* text);
 
 /* --- Windows --- */
 
 /* The font for all child controls of the common dialogs, or null to leave them alone. Owned by the kernel. */
 ZVDLGBASE_API HFONT GetDialogFont(void);
-/* Puts a top-level window's upper left corner at a screen point, moved so far that the window stands in the work area of
- * the monitor nearest to the point. */
+/* Puts a top-level window's upper left corner at a screen point, moved so far that the window stands in the work area
+ * of the monitor nearest to the point. */
 ZVDLGBASE_API int32_t PositionDialogWindow(HWND window, POINT position);
 
 /* --- Image lists --- */
 
-/* Makes the wide form of an image list that an ANSI caller holds: a list of its own with copies of the items. The bitmaps
- * stay the caller's. On failure the wide list is empty. ERROR_BAD_ARGUMENT for a null list, a count below 0 or a missing item
- * array, ERROR_BAD_RECORD_SIZE for a wrong size tag. */
+/* Makes the wide form of an image list that an ANSI caller holds: a list of its own with copies of the items. The
+ * bitmaps stay the caller's. On failure the wide list is empty. ERROR_BAD_ARGUMENT for a null list, a count below 0 or
+ * a missing item array, ERROR_BAD_RECORD_SIZE for a wrong size tag. */
 ZVDLGBASE_API int32_t ConvertImageListToWide(const DLGBITMAPLIST* ansi, DLGBITMAPLIST* wide);
 /* Frees the items of such a list and empties it. */
 ZVDLGBASE_API int32_t FreeWideImageList(DLGBITMAPLIST* wide);
 
-/* --- Catalogue: ERROR_BAD_RECORD_SIZE for a record without its size tag, ERROR_BAD_ARGUMENT for what it does not hold --- */
+/* --- Catalogue ---
+ * ERROR_BAD_RECORD_SIZE for a record without its size tag, ERROR_BAD_ARGUMENT for what the catalogue does not hold. */
 
 ZVDLGBASE_API int32_t GetFormatInfo(int32_t format, FORMATINFO* info);
 /* A walk: position = GetFirstFormatPosition(); while (position >= 0) { GetNextFormat(&info, &position); ... }

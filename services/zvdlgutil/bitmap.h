@@ -1,6 +1,6 @@
-// CZVBitmap: one picture in memory, owned. It wraps a BITMAPHANDLE and frees its pixels; whoever wants to keep them calls
-// Detach. Sizes and coordinates are those of the picture as shown, view perspective applied. Results are the codes of the
-// sibling libraries, SUCCESS for success.
+// CZVBitmap: one picture in memory, owned. It wraps a BITMAPHANDLE and frees its pixels; whoever wants to keep them
+// calls Detach. Sizes and coordinates are those of the picture as shown, view perspective applied. Results are the
+// codes of the sibling libraries, SUCCESS for success.
 #pragma once
 
 #include "platform/geometry.h"
@@ -24,8 +24,8 @@ class CZVBitmap {
   // Gives the pixels to the caller, who frees them with FreeBitmap. The object is empty afterwards.
   [[nodiscard]] BITMAPHANDLE Detach();
 
-  // Loads page `page` (from 1; below 1: the page that the option names, else the first) with LoadImageFile in the file's
-  // own depth. flags 0 is a plain load, LOADFILE_COMPRESSED may be given. On failure the object is empty.
+  // Loads page `page` (from 1; below 1: the page that the option names, else the first) with LoadImageFile in the
+  // file's own depth. flags 0 is a plain load, LOADFILE_COMPRESSED may be given. On failure the object is empty.
   int32_t Read(LPCWSTR path, int32_t page = -1, uint32_t flags = 0, const LOADFILEOPTION* option = nullptr);
 
   bool IsEmpty() const;
@@ -37,8 +37,8 @@ class CZVBitmap {
   const BITMAPHANDLE& GetHandle() const { return bitmap_; }
   BITMAPHANDLE& GetHandle() { return bitmap_; }
 
-  // Paints the source rectangle (null: all of the picture) scaled into the destination rectangle. The clips may be null.
-  // rasterOperation 0 is SRCCOPY. A region set with SetRgn limits what is touched.
+  // Paints the source rectangle (null: all of the picture) scaled into the destination rectangle. The clips may be
+  // null. rasterOperation 0 is SRCCOPY. A region set with SetRgn limits what is touched.
   int32_t Paint(HDC device, const RECT* source, const RECT* sourceClip, const RECT* destination,
                 const RECT* destinationClip = nullptr, uint32_t rasterOperation = 0) const;
   // Clockwise by hundredths of a degree; flags are ROTATE_..., fillColor a COLORREF.

@@ -2,8 +2,8 @@
 
 namespace {
 
-// Where the name, and in it the extension's dot, stand in a path. Without an extension the dot's place is the end of the
-// path; a dot at the very end is one.
+// Where the name, and in it the extension's dot, stand in a path. Without an extension the dot's place is the end of
+// the path; a dot at the very end is one.
 struct Parts {
   size_t name;
   size_t dot;

@@ -1,5 +1,5 @@
-// A small picture with transparency, as controls draw it: rows from the top, one pixel 0xAARRGGBB with the colours already
-// multiplied by alpha. Making, scaling and greying it is arithmetic; only the last function knows a device.
+// A small picture with transparency, as controls draw it: rows from the top, one pixel 0xAARRGGBB with the colours
+// already multiplied by alpha. Making, scaling and greying it is arithmetic; only the last function knows a device.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,9 @@ struct ArgbImage {
   bool IsEmpty() const { return pixels.empty(); }
 };
 
-// Pixels as a 32-bit DIB has them (0xAARRGGBB, not multiplied, from the top). Where no pixel has alpha there is no alpha
-// channel: magenta pixels (255, 0, 255), or without any those of the upper left corner's colour, become transparent.
+// Pixels as a 32-bit DIB has them (0xAARRGGBB, not multiplied, from the top). Where no pixel has alpha there is no
+// alpha channel: magenta pixels (255, 0, 255), or without any those of the upper left corner's colour, become
+// transparent.
 ArgbImage MakeArgbImage(int width, int height, std::vector<uint32_t> pixels);
 // Area average where the picture gets smaller, bilinear where it grows.
 ArgbImage ScaleArgbImage(const ArgbImage& image, int width, int height);

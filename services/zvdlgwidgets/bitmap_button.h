@@ -1,8 +1,8 @@
-// CZVBitmapButton: a push button that shows a picture, with its text or without. It is bound to a button of a template (or
-// made with Create), works with mouse, Space and Enter like any other, shows focus, pressed and disabled states in the
-// system's colours, and sends BN_CLICKED. Pictures are scaled to the dialog's resolution. The magenta pixels of a picture
-// (RGB 255, 0, 255) and those with the colour of its upper left corner when it has no magenta are transparent; pictures of
-// 32 bits use their alpha channel. Without a disabled picture the enabled one is greyed.
+// CZVBitmapButton: a push button that shows a picture, with its text or without. It is bound to a button of a template
+// (or made with Create), works with mouse, Space and Enter like any other, shows focus, pressed and disabled states in
+// the system's colours, and sends BN_CLICKED. Pictures are scaled to the dialog's resolution. The magenta pixels of a
+// picture (RGB 255, 0, 255) and those with the colour of its upper left corner when it has no magenta are transparent;
+// pictures of 32 bits use their alpha channel. Without a disabled picture the enabled one is greyed.
 #pragma once
 
 #include "platform/controls.h"

@@ -1,5 +1,5 @@
-// How our buttons look: the system's theme where there is one, the classic frame otherwise, and nothing but system colours,
-// so that high-contrast settings hold. Functions draw on the device and keep nothing.
+// How our buttons look: the system's theme where there is one, the classic frame otherwise, and nothing but system
+// colours, so that high-contrast settings hold. Functions draw on the device and keep nothing.
 #pragma once
 
 #include "platform/geometry.h"

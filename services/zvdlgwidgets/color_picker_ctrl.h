@@ -1,6 +1,6 @@
-// CZVColorPickerCtrl: a colour well. It is bound to a push button of a template, shows the colour with a drop-down arrow,
-// and on a click, Space or the Down key opens the system's colour dialog below itself. A new choice is reported to the
-// parent as ZVN_VALUECHANGED.
+// CZVColorPickerCtrl: a colour well. It is bound to a push button of a template, shows the colour with a drop-down
+// arrow, and on a click, Space or the Down key opens the system's colour dialog below itself. A new choice is reported
+// to the parent as ZVN_VALUECHANGED.
 #pragma once
 
 #include "platform/controls.h"
@@ -15,8 +15,8 @@ class CZVColorPickerCtrl : public CButton {
   void SetRGB(COLORREF color);
   void SetRGB(BYTE red, BYTE green, BYTE blue) { SetRGB(RGB(red, green, blue)); }
   COLORREF GetRGBColorRef() const { return color_; }
-  // Gives the colour dialog a Help button that calls the callback with this dialog number, the picker's control id and the
-  // user data. A null callback takes the button away.
+  // Gives the colour dialog a Help button that calls the callback with this dialog number, the picker's control id and
+  // the user data. A null callback takes the button away.
   void SetHelp(HELPCALLBACK callback, void* userData, UINT dialogNumber = 0);
 
  protected:

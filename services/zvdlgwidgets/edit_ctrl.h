@@ -1,6 +1,7 @@
-// CZVEditCtrl: an edit box that can be limited to numbers. Keys and pasted text that could not become a number are refused
-// with a beep; the range of a value is the dialog's business. Unlimited at first. Sends ZVEN_VALUECOMMITTED when the focus
-// leaves the box or Enter is pressed after a change, besides the edit's own notifications; Enter goes on to the dialog.
+// CZVEditCtrl: an edit box that can be limited to numbers. Keys and pasted text that could not become a number are
+// refused with a beep; the range of a value is the dialog's business. Unlimited at first. Sends ZVEN_VALUECOMMITTED
+// when the focus leaves the box or Enter is pressed after a change, besides the edit's own notifications; Enter goes on
+// to the dialog.
 #pragma once
 
 #include "platform/controls.h"

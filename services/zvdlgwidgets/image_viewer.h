@@ -1,6 +1,6 @@
 // CZVImageViewer: a pane that shows one picture, centred on a plain background and always fitted to the pane: it never
-// scrolls. It owns the picture it is given. The scaled picture is kept, so that repainting costs a copy; it is made anew
-// when the pane's size changes. The pane is no tab stop and takes no input.
+// scrolls. It owns the picture it is given. The scaled picture is kept, so that repainting costs a copy; it is made
+// anew when the pane's size changes. The pane is no tab stop and takes no input.
 #pragma once
 
 #include "platform/message_map.h"

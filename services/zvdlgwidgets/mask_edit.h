@@ -1,7 +1,7 @@
-// CZVMaskEdit: an edit box with fixed places, each for one kind of character. Typing overwrites the place at the caret and
-// goes on to the next one; Delete and Backspace empty places; the prompt character shows, and is read back, where a place
-// is empty. Mask characters: "0" a digit, "<" a letter kept in lower case, ">" a letter kept in upper case, "?" any letter;
-// every other character stands for itself and is skipped. Letters are those of the basic Latin alphabet.
+// CZVMaskEdit: an edit box with fixed places, each for one kind of character. Typing overwrites the place at the caret
+// and goes on to the next one; Delete and Backspace empty places; the prompt character shows, and is read back, where a
+// place is empty. Mask characters: "0" a digit, "<" a letter kept in lower case, ">" a letter kept in upper case, "?"
+// any letter; every other character stands for itself and is skipped. Letters are those of the basic Latin alphabet.
 #pragma once
 
 #include "platform/controls.h"

@@ -1,6 +1,6 @@
-// What an owner-drawn button needs so that it behaves like a push button in a dialog: it can be the default button, a double
-// click counts as two clicks, and one that opens something below itself does so on the Down key. Call OwnerDrawnButtonMessage
-// first in the window procedure.
+// What an owner-drawn button needs so that it behaves like a push button in a dialog: it can be the default button, a
+// double click counts as two clicks, and one that opens something below itself does so on the Down key. Call
+// OwnerDrawnButtonMessage first in the window procedure.
 #pragma once
 
 #include <optional>

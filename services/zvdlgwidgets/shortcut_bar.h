@@ -1,7 +1,7 @@
-// CZVShortcutBar: a bar of places: groups with a header each, one of them expanded to show its items as pictures with a text
-// below. A click, or Enter and Space on the item that the arrow keys have reached, is reported to the parent in WM_NOTIFY as
-// ZVSBN_ITEMCLICKED; a click on a header expands its group. The bar owns texts and order; image lists and fonts stay their
-// owner's and must live as long as the bar.
+// CZVShortcutBar: a bar of places: groups with a header each, one of them expanded to show its items as pictures with a
+// text below. A click, or Enter and Space on the item that the arrow keys have reached, is reported to the parent in
+// WM_NOTIFY as ZVSBN_ITEMCLICKED; a click on a header expands its group. The bar owns texts and order; image lists and
+// fonts stay their owner's and must live as long as the bar.
 #pragma once
 
 #include <vector>

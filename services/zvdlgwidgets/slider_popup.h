@@ -1,6 +1,6 @@
-// SliderPopup: the slider that drops down from a value combo. It is a window of its own that never takes the focus; while it
-// is open it holds the mouse, so that a click elsewhere closes it. It reports to its owner through three functions and is
-// gone, window included, once `closed` has been called.
+// SliderPopup: the slider that drops down from a value combo. It is a window of its own that never takes the focus;
+// while it is open it holds the mouse, so that a click elsewhere closes it. It reports to its owner through three
+// functions and is gone, window included, once `closed` has been called.
 #pragma once
 
 #include <functional>
@@ -17,8 +17,8 @@ class SliderPopup {
     std::function<void()> closed;
   };
 
-  // Opens below (or above, where there is no room below) the anchor, given in screen coordinates, and looks like the edit
-  // that it serves.
+  // Opens below (or above, where there is no room below) the anchor, given in screen coordinates, and looks like the
+  // edit that it serves.
   SliderPopup(HWND edit, const CRect& anchor, ValueRange range, int value, Owner owner);
   SliderPopup(const SliderPopup&) = delete;
   SliderPopup& operator=(const SliderPopup&) = delete;

@@ -1,6 +1,7 @@
-// The visual style of the system's controls, for controls that draw themselves. Ours are themed exactly when those around
-// them are: a program without the manifest for version 6 of the common controls has classic ones, whatever the desktop does.
-// So each function takes one of the system's controls as the witness: the button that is drawn, the edit inside a combo.
+// The visual style of the system's controls, for controls that draw themselves. Ours are themed exactly when those
+// around them are: a program without the manifest for version 6 of the common controls has classic ones, whatever the
+// desktop does. So each function takes one of the system's controls as the witness: the button that is drawn, the edit
+// inside a combo.
 #pragma once
 
 #include "platform/unique_handle.h"

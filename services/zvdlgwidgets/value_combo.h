@@ -1,8 +1,8 @@
-// CZVValueCombo: a box for a whole number within a range. The value may be typed, changed with the arrow keys or the wheel,
-// or dragged in a slider that drops down from the arrow (a click, Alt+Down or F4; Esc puts the old value back). A value
-// outside the range is brought to its nearer end; a typed one when it is finished, that is when focus leaves the box or
-// Enter is pressed. Templates name the window class "ZVValueComboClass"; bind an object to the control with DDX_Control.
-// The parent gets ZVN_VALUECHANGED in WM_COMMAND whenever the user changes the value.
+// CZVValueCombo: a box for a whole number within a range. The value may be typed, changed with the arrow keys or the
+// wheel, or dragged in a slider that drops down from the arrow (a click, Alt+Down or F4; Esc puts the old value back).
+// A value outside the range is brought to its nearer end; a typed one when it is finished, that is when focus leaves
+// the box or Enter is pressed. Templates name the window class "ZVValueComboClass"; bind an object to the control with
+// DDX_Control. The parent gets ZVN_VALUECHANGED in WM_COMMAND whenever the user changes the value.
 #pragma once
 
 #include "platform/wnd.h"
@@ -24,7 +24,8 @@
 
 class CZVValueCombo : public CWnd {
  public:
-  // The third number is the initial value. Range, value and flags are kept until a window is bound, and given to it then.
+  // The third number is the initial value. Range, value and flags are kept until a window is bound, and given to it
+  // then.
   CZVValueCombo(int minimum, int maximum, int defaultValue, UINT flags = 0);
 
   BOOL Create(DWORD style, const RECT& rectangle, CWnd* parent, UINT id);

@@ -1,5 +1,5 @@
-// ValueComboWindow: the window behind the class "ZVValueComboClass": an edit box with an arrow beside it. One object belongs
-// to one window, from its first message to its last.
+// ValueComboWindow: the window behind the class "ZVValueComboClass": an edit box with an arrow beside it. One object
+// belongs to one window, from its first message to its last.
 #pragma once
 
 #include <memory>

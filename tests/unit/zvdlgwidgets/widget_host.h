@@ -1,5 +1,5 @@
-// A window for controls under test. It is the dialog around them: it records the notifications that they send, and hands on
-// keys as a dialog does.
+// A window for controls under test. It is the dialog around them: it records the notifications that they send, and
+// hands on keys as a dialog does.
 #pragma once
 
 #include <gmock/gmock.h>
