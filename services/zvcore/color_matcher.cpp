@@ -6,7 +6,7 @@ namespace zvcore {
 namespace {
 
 constexpr unsigned kCells = 32 * 32 * 32;
-constexpr uint32_t kCandidateRoom = 1u << 20;
+constexpr uint32_t kGroupRoom = 1u << 16;
 
 int Square(int value) { return value * value; }
 
@@ -21,11 +21,14 @@ int FarSquare(int value, int low) { return Square(std::max(std::abs(value - low)
 
 int32_t ColorMatcher::Prepare(const ZVPALETTEENTRY* entries, int entryCount) {
   if (!entries || entryCount < 1 || entryCount > 256) return ERROR_BAD_ARGUMENT;
-  if (!cells.Allocate(kCells) || !candidates.Allocate(kCandidateRoom)) return ERROR_OUT_OF_MEMORY;
+  if (!cells.Allocate(kCells) || !groups.Allocate(kGroupRoom)) return ERROR_OUT_OF_MEMORY;
   count = entryCount;
   std::copy_n(entries, entryCount, palette);
-  for (int i = 0; i < entryCount; ++i) candidates[static_cast<size_t>(i)] = static_cast<uint8_t>(i);
-  candidatesUsed = static_cast<uint32_t>(entryCount);
+  uint8_t all[256];
+  for (int i = 0; i < 256; ++i) all[i] = static_cast<uint8_t>(i);
+  groupsUsed = 0;
+  AppendGroups(all, entryCount);
+  whole = {0, groupsUsed};
   return SUCCESS;
 }
 
@@ -38,33 +41,31 @@ void ColorMatcher::FillCell(unsigned cell) {
     const ZVPALETTEENTRY& entry = palette[i];
     reach = std::min(reach, FarSquare(entry.red, red) + FarSquare(entry.green, green) + FarSquare(entry.blue, blue));
   }
-  if (candidatesUsed + static_cast<uint32_t>(count) > kCandidateRoom) {
-    cells[cell] = {0, static_cast<uint32_t>(count)};
-    return;
-  }
-  const uint32_t first = candidatesUsed;
+  uint8_t candidates[256];
+  int found = 0;
   for (int i = 0; i < count; ++i) {
     const ZVPALETTEENTRY& entry = palette[i];
     if (NearSquare(entry.red, red) + NearSquare(entry.green, green) + NearSquare(entry.blue, blue) <= reach) {
-      candidates[candidatesUsed++] = static_cast<uint8_t>(i);
+      candidates[found++] = static_cast<uint8_t>(i);
     }
   }
-  cells[cell] = {first, candidatesUsed - first};
+  const uint32_t first = groupsUsed;
+  if (first + 64 <= kGroupRoom) AppendGroups(candidates, found);
+  cells[cell] = groupsUsed > first ? Cell{first, groupsUsed - first} : whole;
 }
 
-unsigned ColorMatcher::Search(Cell cell, int red, int green, int blue) const {
-  const uint8_t* list = candidates.data() + cell.first;
-  unsigned best = list[0];
-  int bestDistance = INT32_MAX;
-  for (uint32_t i = 0; i < cell.count; ++i) {
-    const ZVPALETTEENTRY& entry = palette[list[i]];
-    const int distance = Square(entry.red - red) + Square(entry.green - green) + Square(entry.blue - blue);
-    if (distance < bestDistance) {
-      bestDistance = distance;
-      best = list[i];
+// The last group is filled up with copies of its first entry.
+void ColorMatcher::AppendGroups(const uint8_t* entries, int entryCount) {
+  for (int i = 0; i < entryCount; i += 4) {
+    Group& group = groups[groupsUsed++];
+    for (int k = 0; k < 4; ++k) {
+      const uint8_t index = entries[i + k < entryCount ? i + k : i];
+      group.colors[4 * k] = palette[index].blue;
+      group.colors[4 * k + 1] = palette[index].green;
+      group.colors[4 * k + 2] = palette[index].red;
+      group.indices[k] = index;
     }
   }
-  return best;
 }
 
 }  // namespace zvcore

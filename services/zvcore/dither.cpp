@@ -1,12 +1,22 @@
 #include "services/zvcore/dither.h"
 
-#include <algorithm>
+#include <emmintrin.h>
+
 #include <cstring>
+#include <utility>
 
 namespace zvcore {
 namespace {
 
-int Corrected(int level, int sixteenths) { return std::clamp(level + ((sixteenths + 8) >> 4), 0, 255); }
+__m128i LoadFour(const void* at) { return _mm_loadl_epi64(static_cast<const __m128i*>(at)); }
+void StoreFour(void* at, __m128i value) { _mm_storel_epi64(static_cast<__m128i*>(at), value); }
+
+// Four bytes as words.
+__m128i LoadBytes(const void* at) {
+  int32_t bytes;
+  std::memcpy(&bytes, at, sizeof bytes);
+  return _mm_unpacklo_epi8(_mm_cvtsi32_si128(bytes), _mm_setzero_si128());
+}
 
 }  // namespace
 
@@ -16,30 +26,32 @@ int32_t ErrorDiffusion::Prepare(int32_t rowWidth) {
   return current.Allocate(count) && below.Allocate(count) ? SUCCESS : ERROR_OUT_OF_MEMORY;
 }
 
-void ErrorDiffusion::Next(ColorMatcher& matcher, const Pixel8* row, uint8_t* indices) {
-  std::memset(below.data(), 0, below.size() * sizeof(Error));
-  const int32_t step = leftwards ? -1 : 1;
-  int32_t x = leftwards ? width - 1 : 0;
+// Shares of a pixel's error: 7 to the next one, 3, 5 and 1 to those below, behind, under and ahead. A pixel below is complete,
+// and stored, when the row has moved past it.
+template <int step>
+void ErrorDiffusion::Diffuse(ColorMatcher& matcher, const Pixel8* row, uint8_t* indices) {
+  const __m128i half = _mm_set1_epi16(8), none = _mm_setzero_si128();
+  const __m128i colorOnly = _mm_setr_epi16(-1, -1, -1, 0, 0, 0, 0, 0);
+  __m128i next = none, behind = none, under = none;
+  int32_t x = step > 0 ? 0 : width - 1;
   for (int32_t done = 0; done < width; ++done, x += step) {
-    Error* here = current.data() + x + 1;
-    Error* under = below.data() + x + 1;
-    const int red = Corrected(row[x].red, here->red);
-    const int green = Corrected(row[x].green, here->green);
-    const int blue = Corrected(row[x].blue, here->blue);
-    const unsigned index = matcher.Match(red, green, blue);
+    const __m128i error = _mm_add_epi16(LoadFour(&current[static_cast<size_t>(x + 1)]), next);
+    const __m128i wanted = _mm_add_epi16(LoadBytes(row + x), _mm_srai_epi16(_mm_add_epi16(error, half), 4));
+    const __m128i color = _mm_and_si128(_mm_unpacklo_epi8(_mm_packus_epi16(wanted, wanted), none), colorOnly);
+    const unsigned index = matcher.Match(_mm_extract_epi16(color, 2), _mm_extract_epi16(color, 1), _mm_extract_epi16(color, 0), color);
     indices[x] = static_cast<uint8_t>(index);
-    const ZVPALETTEENTRY& entry = matcher.Entry(index);
-    const int missing[3] = {red - entry.red, green - entry.green, blue - entry.blue};
-    const auto spread = [&](Error& to, int share) {
-      to.red = static_cast<int16_t>(to.red + missing[0] * share);
-      to.green = static_cast<int16_t>(to.green + missing[1] * share);
-      to.blue = static_cast<int16_t>(to.blue + missing[2] * share);
-    };
-    spread(here[step], 7);
-    spread(under[-step], 3);
-    spread(under[0], 5);
-    spread(under[step], 1);
+    const __m128i missing = _mm_and_si128(_mm_sub_epi16(color, LoadBytes(&matcher.Entry(index))), colorOnly);
+    const __m128i three = _mm_add_epi16(missing, _mm_slli_epi16(missing, 1));
+    next = _mm_add_epi16(three, _mm_slli_epi16(missing, 2));
+    StoreFour(&below[static_cast<size_t>(x + 1 - step)], _mm_add_epi16(behind, three));
+    behind = _mm_add_epi16(under, _mm_add_epi16(_mm_slli_epi16(missing, 2), missing));
+    under = missing;
   }
+  StoreFour(&below[static_cast<size_t>(x + 1 - step)], behind);
+}
+
+void ErrorDiffusion::Next(ColorMatcher& matcher, const Pixel8* row, uint8_t* indices) {
+  leftwards ? Diffuse<-1>(matcher, row, indices) : Diffuse<1>(matcher, row, indices);
   std::swap(current, below);
   leftwards = !leftwards;
 }

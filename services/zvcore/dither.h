@@ -18,8 +18,12 @@ class ErrorDiffusion {
   void Next(ColorMatcher& matcher, const Pixel8* row, uint8_t* indices);
 
  private:
+  template <int step>
+  void Diffuse(ColorMatcher& matcher, const Pixel8* row, uint8_t* indices);
+
+  // Sixteenths of a level: blue, green, red and one unused.
   struct Error {
-    int16_t red, green, blue;  // sixteenths of a level
+    int16_t channels[4];
   };
   int32_t width = 0;
   bool leftwards = false;

@@ -54,7 +54,7 @@ int32_t ReorientTransposed(BITMAPHANDLE& bitmap, Orientation orientation, bool r
   Progress progress(bitmap.width);
   for (int32_t x = 0; status == SUCCESS && x < bitmap.width; x += kTransposeBand) {
     const int32_t last = std::min(x + kTransposeBand, bitmap.width);
-    TransposeColumns(source, x, last, bitmap.height, bitmap.bitsPerPixel, destination);
+    TransposeColumns(source, x, last, bitmap.width, bitmap.height, bitmap.bitsPerPixel, destination);
     if (reportsProgress) status = progress.Reached(last);
   }
   if (status != SUCCESS) return status;

@@ -168,6 +168,31 @@ void Encode(const BITMAPHANDLE& format, const Pixel<T>* in, int32_t pixels, uint
   }
 }
 
+// Plain 8-bit channels: a pixel moves as a doubleword. The last pixel of three bytes is not read and not written past its end.
+template <int from, int to>
+void MoveBytes(bool exchange, const uint8_t* in, int32_t pixels, uint8_t* out) {
+  const auto move = [exchange](uint32_t value) {
+    if (exchange) value = (value & 0xFF00) | (value & 255) << 16 | (value >> 16 & 255) | (value & 0xFF000000);
+    return from == 3 ? value | 0xFF000000 : value;
+  };
+  uint32_t value = 0;
+  for (int32_t x = 0; x + 1 < pixels; ++x, in += from, out += to) {
+    std::memcpy(&value, in, 4);
+    value = move(value);
+    std::memcpy(out, &value, 4);
+  }
+  std::memcpy(&value, in, from);
+  value = move(value);
+  std::memcpy(out, &value, to);
+}
+
+void MoveBytesOf(int fromBits, int toBits, bool exchange, const uint8_t* in, int32_t pixels, uint8_t* out) {
+  if (fromBits == 24 && toBits == 24) return MoveBytes<3, 3>(exchange, in, pixels, out);
+  if (fromBits == 24) return MoveBytes<3, 4>(exchange, in, pixels, out);
+  if (toBits == 24) return MoveBytes<4, 3>(exchange, in, pixels, out);
+  return MoveBytes<4, 4>(exchange, in, pixels, out);
+}
+
 template <int bits>
 void MatchIndices(ColorMatcher& matcher, const Pixel8* in, int32_t pixels, uint8_t* row) {
   for (int32_t x = 0; x < pixels; ++x) PutIndexAt<bits>(row, x, matcher.Match(in[x].red, in[x].green, in[x].blue));
@@ -218,7 +243,20 @@ void RowConverter::ConvertBy(Buffer<Pixel<T>>& row, const uint8_t* in, uint8_t* 
   EncodeRow(destination, row.data(), pixels, out);
 }
 
+bool RowConverter::OnlyMovesBytes() const {
+  const auto isPlain = [](const BITMAPHANDLE& format) { return format.bitsPerPixel == 24 || format.bitsPerPixel == 32; };
+  if (!isPlain(source) || !isPlain(destination) || blends) return false;
+  if (source.bitsPerPixel == 32 && destination.bitsPerPixel == 32) {
+    return HasAlpha(source) && ((source.flags ^ destination.flags) & BITMAP_FLAG_PREMULTIPLIED) == 0;
+  }
+  return !HasAlpha(source);
+}
+
 void RowConverter::Convert(const uint8_t* in, uint8_t* out, int32_t pixels) {
+  if (OnlyMovesBytes()) {
+    const bool exchange = (source.colorOrder == ORDER_RGB) != (destination.colorOrder == ORDER_RGB);
+    return MoveBytesOf(source.bitsPerPixel, destination.bitsPerPixel, exchange, in, pixels, out);
+  }
   wide.size() ? ConvertBy(wide, in, out, pixels) : ConvertBy(narrow, in, out, pixels);
 }
 

@@ -45,6 +45,9 @@ class RowConverter {
   template <typename T>
   void ConvertBy(Buffer<Pixel<T>>& row, const uint8_t* in, uint8_t* out, int32_t pixels);
 
+  // Whether both formats have plain 8-bit colour channels, which then only change places.
+  bool OnlyMovesBytes() const;
+
   BITMAPHANDLE source, destination;
   ZVPALETTEENTRY palette[256];
   bool blends = false;
