@@ -63,9 +63,7 @@ size_t FileSource::ReadAt(uint64_t offset, void* buffer, size_t bytes) {
 }
 
 SubSource::SubSource(ByteSource& whole, uint64_t offset, uint64_t size)
-    : whole_(whole),
-      offset_(std::min(offset, whole.Size())),
-      size_(std::min(size, whole.Size() - offset_)) {}
+    : whole_(whole), offset_(std::min(offset, whole.Size())), size_(std::min(size, whole.Size() - offset_)) {}
 
 size_t SubSource::ReadAt(uint64_t offset, void* buffer, size_t bytes) {
   if (offset >= size_) return 0;

@@ -29,33 +29,33 @@ namespace zvfile {
 
 // What a page says of itself. A codec's info fills it, and its load fills the same before RowSink::Begin.
 struct ImageHeader {
-  int32_t format = FMT_UNKNOWN;           // exact number, compression included
-  int32_t width = 0;                      // stored, before the view perspective
+  int32_t format = FMT_UNKNOWN;  // exact number, compression included
+  int32_t width = 0;             // stored, before the view perspective
   int32_t height = 0;
-  Layout layout = Layout::kBgr24;         // of the rows that load delivers
-  Palette palette;                        // of indexed layouts; missing entries are black
-  const char* compression = "";           // name shown to people, at most 19 ASCII characters
+  Layout layout = Layout::kBgr24;  // of the rows that load delivers
+  Palette palette;                 // of indexed layouts; missing entries are black
+  const char* compression = "";    // name shown to people, at most 19 ASCII characters
   int32_t viewPerspective = VIEW_TOP_LEFT;
-  double xResolution = 0;                 // dots per inch, 0 unknown
+  double xResolution = 0;  // dots per inch, 0 unknown
   double yResolution = 0;
-  uint32_t flags = 0;                     // FILEINFO_HAS_ALPHA and so on
+  uint32_t flags = 0;  // FILEINFO_HAS_ALPHA and so on
   int32_t pageNumber = 1;
-  int32_t totalPages = 1;                 // exact when countPages was asked for or the header tells it for free
-  uint64_t nextPosition = 0;              // for LOADFILEOPTION.filePosition of the next page; 0 none
+  int32_t totalPages = 1;     // exact when countPages was asked for or the header tells it for free
+  uint64_t nextPosition = 0;  // for LOADFILEOPTION.filePosition of the next page; 0 none
   bool rasterizable = false;
-  Metadata metadata;                      // filled by info when wantMetadata is set, by load always
+  Metadata metadata;  // filled by info when wantMetadata is set, by load always
 };
 
 // What the caller of a load or info wants.
 struct LoadRequest {
-  int32_t page = 1;                       // from 1; ERROR_PAGE_MISSING when there is none such
+  int32_t page = 1;  // from 1; ERROR_PAGE_MISSING when there is none such
   bool countPages = false;
-  bool wantMetadata = false;              // info: comments and segments are wanted too
-  uint64_t filePosition = 0;              // where the page starts, from a former nextPosition; 0 not known
+  bool wantMetadata = false;  // info: comments and segments are wanted too
+  uint64_t filePosition = 0;  // where the page starts, from a former nextPosition; 0 not known
   int32_t passes = 0;
-  IMAGESIZE loadSize = {0, 0};            // library-wide load size of this codec's format; (0, 0) the largest
-  int32_t xDpi = 150, yDpi = 150;         // load resolution of formats without a size of their own
-  std::string extension;                  // of the file's name, lower-case ASCII without the dot; may be empty
+  IMAGESIZE loadSize = {0, 0};     // library-wide load size of this codec's format; (0, 0) the largest
+  int32_t xDpi = 150, yDpi = 150;  // load resolution of formats without a size of their own
+  std::string extension;           // of the file's name, lower-case ASCII without the dot; may be empty
   Limits limits;
 };
 
@@ -66,13 +66,13 @@ struct SaveRequest {
   int32_t format = FMT_UNKNOWN;
   int32_t quality = 0;
   PageOp pageOp = PageOp::kOverwrite;
-  int32_t page = 1;                       // of kReplace and kInsert (the new page gets this number)
-  ByteSource* existing = nullptr;         // file to take the other pages from; null with kOverwrite alone
+  int32_t page = 1;                // of kReplace and kInsert (the new page gets this number)
+  ByteSource* existing = nullptr;  // file to take the other pages from; null with kOverwrite alone
   SAVEFILEOPTION option;
   J2KSAVEOPTION j2k;
-  std::vector<IMAGESIZE> sizeList;        // of icons
-  Metadata metadata;                      // of the bitmap, to be written where the format can; orientation is already 1
-  int32_t xResolution = 0;                // dots per inch, 0 unknown
+  std::vector<IMAGESIZE> sizeList;  // of icons
+  Metadata metadata;                // of the bitmap, to be written where the format can; orientation is already 1
+  int32_t xResolution = 0;          // dots per inch, 0 unknown
   int32_t yResolution = 0;
   // Makes the stamp: a small upright picture, 24 bits BGR or 8 bits grey as the option asks. Its pixels are the caller's
   // and freed after the save. Null when none is wanted or the pixels are out of reach.
@@ -88,7 +88,7 @@ enum : uint32_t {
   kSave16Gray = 1u << 4,
   kSave16Color = 1u << 5,  // 5-5-5
   kSave24 = 1u << 6,
-  kSave32 = 1u << 7,       // with alpha when the bitmap has it; a format without alpha does not set kSave32
+  kSave32 = 1u << 7,  // with alpha when the bitmap has it; a format without alpha does not set kSave32
   kSave48 = 1u << 8,
   kSave64 = 1u << 9
 };
@@ -96,7 +96,7 @@ enum : uint32_t {
 // One file format number of a codec. A number that is only read has saveDepths 0.
 struct FormatRow {
   int32_t format;
-  const char* extension;   // the usual one, lower-case, without the dot
+  const char* extension;  // the usual one, lower-case, without the dot
   uint32_t saveDepths;
 };
 
@@ -115,10 +115,10 @@ enum : uint32_t {
 
 // A row of the codec table. Every function but info and load may be null.
 struct Codec {
-  const char* name;                        // of the library or format, for people
+  const char* name;  // of the library or format, for people
   std::span<const FormatRow> formats;
   std::span<const Signature> signatures;
-  const char* extensions;                  // all that it reads, "jpg;jpeg;jpe"
+  const char* extensions;  // all that it reads, "jpg;jpeg;jpe"
   uint32_t flags;
   // Decides by content where signatures are not enough; reads few bytes. Null: any signature that matches decides.
   bool (*probe)(ByteSource& source);

@@ -44,12 +44,15 @@ struct CommentTag {
   uint16_t type;
 };
 
-constexpr CommentTag kCommentTags[] = {
-    {COMMENT_DESCRIPTION, kTagDescription, kAscii}, {COMMENT_AUTHOR, kTagArtist, kAscii},
-    {COMMENT_SOFTWARE, kTagSoftware, kAscii},       {COMMENT_COPYRIGHT, kTagCopyright, kAscii},
-    {COMMENT_DATE, kTagDateTime, kAscii},           {COMMENT_MAKE, kTagMake, kAscii},
-    {COMMENT_MODEL, kTagModel, kAscii},             {COMMENT_TITLE, kTagXpTitle, kByte},
-    {COMMENT_COMMENT, kTagXpComment, kByte}};
+constexpr CommentTag kCommentTags[] = {{COMMENT_DESCRIPTION, kTagDescription, kAscii},
+                                       {COMMENT_AUTHOR, kTagArtist, kAscii},
+                                       {COMMENT_SOFTWARE, kTagSoftware, kAscii},
+                                       {COMMENT_COPYRIGHT, kTagCopyright, kAscii},
+                                       {COMMENT_DATE, kTagDateTime, kAscii},
+                                       {COMMENT_MAKE, kTagMake, kAscii},
+                                       {COMMENT_MODEL, kTagModel, kAscii},
+                                       {COMMENT_TITLE, kTagXpTitle, kByte},
+                                       {COMMENT_COMMENT, kTagXpComment, kByte}};
 
 size_t TypeBytes(uint16_t type) {
   switch (type) {
@@ -248,7 +251,8 @@ void PutComment(Writer& writer, std::vector<Entry>& entries, const CommentTag& k
 }
 
 // The sizes that the Exif directory tells of the image are brought up to date where they stand.
-void PatchPixelSize(Writer& writer, const Reader& reader, const std::vector<Entry>& entries, int32_t width, int32_t height) {
+void PatchPixelSize(Writer& writer, const Reader& reader, const std::vector<Entry>& entries, int32_t width,
+                    int32_t height) {
   const Entry* link = Find(entries, kTagExifDirectory);
   if (!link) return;
   const uint32_t offset = reader.Integer(*link);
@@ -350,8 +354,8 @@ ExifSummary ReadExif(std::span<const uint8_t> exif) {
   return summary;
 }
 
-std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments, std::span<const uint8_t> thumbnail,
-                               int32_t width, int32_t height) {
+std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments,
+                               std::span<const uint8_t> thumbnail, int32_t width, int32_t height) {
   std::vector<uint8_t> block = Build(exif, comments, thumbnail, width, height);
   if (block.size() > kMaxBlock && !thumbnail.empty()) block = Build(exif, comments, {}, width, height);
   if (block.size() > kMaxBlock) block.clear();

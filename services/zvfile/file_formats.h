@@ -8,7 +8,7 @@ enum FileFormat {
   FMT_UNKNOWN = 0,
 
   /* JPEG family: the variants differ in chroma sub-sampling alone. */
-  FMT_JPEG = 10,      /* 4:4:4, or grey */
+  FMT_JPEG = 10, /* 4:4:4, or grey */
   FMT_JPEG_422 = 21,
   FMT_JPEG_420 = 23,
   FMT_EXIF_JPEG_422 = 98, /* with an Exif segment and comments */
@@ -24,17 +24,17 @@ enum FileFormat {
   FMT_BMP_RLE = 7,
 
   /* TIFF family by compression: pages are costly to count. */
-  FMT_TIFF = 3,            /* uncompressed */
-  FMT_TIFF_JPEG = 11,      /* JPEG, 4:4:4 or grey */
+  FMT_TIFF = 3,       /* uncompressed */
+  FMT_TIFF_JPEG = 11, /* JPEG, 4:4:4 or grey */
   FMT_TIFF_PACKBITS = 17,
   FMT_TIFF_JPEG_422 = 22,
   FMT_TIFF_JPEG_420 = 24,
-  FMT_TIFF_LZW = 25,       /* with the horizontal predictor where it helps */
-  FMT_TIFF_CCITT = 27,     /* modified Huffman, bilevel */
+  FMT_TIFF_LZW = 25,   /* with the horizontal predictor where it helps */
+  FMT_TIFF_CCITT = 27, /* modified Huffman, bilevel */
   FMT_TIFF_G3_1D = 28,
   FMT_TIFF_G3_2D = 29,
   FMT_TIFF_G4 = 85,
-  FMT_TIFF_DEFLATE = 86,   /* Adobe deflate */
+  FMT_TIFF_DEFLATE = 86, /* Adobe deflate */
   FMT_TIFF_LZMA = 87,
   FMT_TIFF_ZSTD = 88,
   FMT_TIFF_WEBP = 93,

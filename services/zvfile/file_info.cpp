@@ -39,8 +39,8 @@ void FillFileInfo(const ImageHeader& header, FILEINFO& info) {
   info.width = header.width;
   info.height = header.height;
   info.bitsPerPixel = BitsPerPixel(layout);
-  info.secondSize = (static_cast<uint64_t>(PackedRowBytes(layout, header.width)) + 3) / 4 * 4 *
-                    static_cast<uint64_t>(header.height);
+  info.secondSize =
+      (static_cast<uint64_t>(PackedRowBytes(layout, header.width)) + 3) / 4 * 4 * static_cast<uint64_t>(header.height);
   std::fill(std::begin(info.compression), std::end(info.compression), ZVCHAR{0});
   for (size_t i = 0; i + 1 < std::size(info.compression) && header.compression[i]; ++i) {
     info.compression[i] = static_cast<ZVCHAR>(header.compression[i]);

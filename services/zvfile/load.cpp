@@ -89,9 +89,9 @@ int32_t LoadFromSource(ByteSource& source, LoadRequest& request, SinkRequest& ta
 using zvfile::Barrier;
 using zvfile::SinkRequest;
 
-int32_t LoadImageFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t bitsPerPixel, int32_t order,
-                      uint32_t flags, FILELOADCALLBACK callback, void* userData, const LOADFILEOPTION* option,
-                      FILEINFO* info) {
+int32_t LoadImageFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t bitsPerPixel,
+                      int32_t order, uint32_t flags, FILELOADCALLBACK callback, void* userData,
+                      const LOADFILEOPTION* option, FILEINFO* info) {
   SinkRequest target;
   const int32_t result = Barrier([&]() -> int32_t {
     if (!path || !*path || !bitmap) return ERROR_BAD_ARGUMENT;
@@ -106,10 +106,10 @@ int32_t LoadImageFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordS
   return result;
 }
 
-int32_t LoadBitmapFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t bitsPerPixel, int32_t order,
-                       const LOADFILEOPTION* option, FILEINFO* info) {
-  return LoadImageFile(path, bitmap, recordSize, bitsPerPixel, order, LOADFILE_ALLOCATE | LOADFILE_STORE, nullptr, nullptr,
-                       option, info);
+int32_t LoadBitmapFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t bitsPerPixel,
+                       int32_t order, const LOADFILEOPTION* option, FILEINFO* info) {
+  return LoadImageFile(path, bitmap, recordSize, bitsPerPixel, order, LOADFILE_ALLOCATE | LOADFILE_STORE, nullptr,
+                       nullptr, option, info);
 }
 
 int32_t ReadFileStamp(const ZVCHAR* path, BITMAPHANDLE* bitmap, uint32_t recordSize, const LOADFILEOPTION* option) {

@@ -33,17 +33,17 @@ int32_t AttachMetadata(BITMAPHANDLE& bitmap, const Metadata& metadata);
 
 // What an Exif block says that the file library uses. Damaged parts are left out; never fails.
 struct ExifSummary {
-  int32_t orientation = 0;                          // VIEW_..., 0 not given
-  double xResolution = 0, yResolution = 0;          // dots per inch
-  std::span<const uint8_t> thumbnail;               // JPEG stream inside the block
+  int32_t orientation = 0;                  // VIEW_..., 0 not given
+  double xResolution = 0, yResolution = 0;  // dots per inch
+  std::span<const uint8_t> thumbnail;       // JPEG stream inside the block
   Comments comments;
 };
 ExifSummary ReadExif(std::span<const uint8_t> exif);
 // An Exif block for an upright image of the given size: the old one's tags (exif may be empty) with orientation 1, the
 // comments put in or replaced, and the thumbnail, a JPEG stream, replaced, or dropped when it is empty. At most 65527 bytes, what
 // a JPEG segment holds: the thumbnail goes first, then everything (an empty block).
-std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments, std::span<const uint8_t> thumbnail,
-                               int32_t width, int32_t height);
+std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments,
+                               std::span<const uint8_t> thumbnail, int32_t width, int32_t height);
 
 // Whether an ICC profile is for grey (or colour) data and looks whole; a profile that is not is not written with it.
 bool ProfileFits(std::span<const uint8_t> profile, bool gray);

@@ -17,8 +17,8 @@
 #define FILEINFO_HAS_STAMP 0x00008000u
 
 /* LOADFILEOPTION.flags. */
-#define LOADFILE_ROTATED 0x00000010u        /* load upright: the view perspective is applied to the pixels */
-#define LOADFILE_USE_POSITION 0x00000400u   /* continue at filePosition */
+#define LOADFILE_ROTATED 0x00000010u      /* load upright: the view perspective is applied to the pixels */
+#define LOADFILE_USE_POSITION 0x00000400u /* continue at filePosition */
 #define LOADFILE_DEFERRED 0x00800000u
 
 /* SAVEFILEOPTION.flags. */
@@ -30,9 +30,10 @@
 #define SAVEFILE_EXIF_CARRIER 0x00001000u
 
 /* LoadImageFile flags. */
-#define LOADFILE_ALLOCATE 1u    /* allocate the bitmap */
-#define LOADFILE_STORE 2u       /* store the rows in it */
-#define LOADFILE_COMPRESSED 64u /* keep the compressed stream where the format can; read as a plain load by the others */
+#define LOADFILE_ALLOCATE 1u /* allocate the bitmap */
+#define LOADFILE_STORE 2u    /* store the rows in it */
+#define LOADFILE_COMPRESSED \
+  64u /* keep the compressed stream where the format can; read as a plain load by the others */
 
 /* SaveFile flags. */
 #define SAVEFILE_ROWS_FROM_CALLBACK 2u
@@ -40,27 +41,27 @@
 #pragma pack(push, 1)
 
 typedef struct tagFILEINFO {
-  uint32_t uStructSize;     /*    0: 2212 */
-  int32_t format;           /*    4: file format number */
-  ZVCHAR name[512];         /*    8: file name without folder */
-  int32_t width;            /* 1032: pixels of a stored row */
-  int32_t height;           /* 1036: stored rows */
-  int32_t bitsPerPixel;     /* 1040 */
-  uint64_t firstSize;       /* 1044: bytes on disk */
-  uint64_t secondSize;      /* 1052: bytes in memory */
-  ZVCHAR compression[20];   /* 1060 */
-  int32_t viewPerspective;  /* 1100: VIEW_... */
-  int32_t colorOrder;       /* 1104 */
-  int32_t pageNumber;       /* 1108: page that this record describes, from 1 */
-  int32_t totalPages;       /* 1112: 1 unless the count was asked for */
-  int32_t xResolution;      /* 1116: dots per inch, 0 unknown */
-  int32_t yResolution;      /* 1120 */
-  uint32_t flags;           /* 1124: FILEINFO_... */
+  uint32_t uStructSize;       /*    0: 2212 */
+  int32_t format;             /*    4: file format number */
+  ZVCHAR name[512];           /*    8: file name without folder */
+  int32_t width;              /* 1032: pixels of a stored row */
+  int32_t height;             /* 1036: stored rows */
+  int32_t bitsPerPixel;       /* 1040 */
+  uint64_t firstSize;         /* 1044: bytes on disk */
+  uint64_t secondSize;        /* 1052: bytes in memory */
+  ZVCHAR compression[20];     /* 1060 */
+  int32_t viewPerspective;    /* 1100: VIEW_... */
+  int32_t colorOrder;         /* 1104 */
+  int32_t pageNumber;         /* 1108: page that this record describes, from 1 */
+  int32_t totalPages;         /* 1112: 1 unless the count was asked for */
+  int32_t xResolution;        /* 1116: dots per inch, 0 unknown */
+  int32_t yResolution;        /* 1120 */
+  uint32_t flags;             /* 1124: FILEINFO_... */
   uint8_t reserved1128[1040]; /* 1128 */
-  uint64_t filePosition;    /* 2168: where the next page continues, 0 when there is none */
-  uint8_t reserved2176[12]; /* 2176 */
-  int32_t rasterizable;     /* 2188: non-zero: a document format that can be rasterised */
-  uint8_t reserved2192[20]; /* 2192 */
+  uint64_t filePosition;      /* 2168: where the next page continues, 0 when there is none */
+  uint8_t reserved2176[12];   /* 2176 */
+  int32_t rasterizable;       /* 2188: non-zero: a document format that can be rasterised */
+  uint8_t reserved2192[20];   /* 2192 */
 } FILEINFO;
 
 typedef struct tagLOADFILEOPTION {
@@ -76,54 +77,54 @@ typedef struct tagLOADFILEOPTION {
 } LOADFILEOPTION;
 
 typedef struct tagSAVEFILEOPTION {
-  uint32_t uStructSize;        /*    0: 1909 */
+  uint32_t uStructSize; /*    0: 1909 */
   uint32_t reserved4[2];
-  uint32_t flags;              /*   12: SAVEFILE_... */
-  int32_t passes;              /*   16: -1 meaningful only, -2 all, 1 to 10, 0 not progressive */
-  int32_t pageNumber;          /*   20: 1 overwrites the file, 2 and above without a page flag append */
+  uint32_t flags;     /*   12: SAVEFILE_... */
+  int32_t passes;     /*   16: -1 meaningful only, -2 all, 1 to 10, 0 not progressive */
+  int32_t pageNumber; /*   20: 1 overwrites the file, 2 and above without a page flag append */
   uint8_t reserved24[1040];
-  int32_t stampWidth;          /* 1064 */
-  int32_t stampHeight;         /* 1068 */
-  int32_t stampBitsPerPixel;   /* 1072: 8 or 24 */
+  int32_t stampWidth;        /* 1064 */
+  int32_t stampHeight;       /* 1068 */
+  int32_t stampBitsPerPixel; /* 1072: 8 or 24 */
   uint8_t reserved1076[829];
-  uint32_t secondFlags;        /* 1905: 0x100, 0x200, 0x400 PDF profile 1, 2, 3; 0x10 PNG-compressed icon entries */
+  uint32_t secondFlags; /* 1905: 0x100, 0x200, 0x400 PDF profile 1, 2, 3; 0x10 PNG-compressed icon entries */
 } SAVEFILEOPTION;
 
 typedef struct tagJ2KSAVEOPTION {
-  uint32_t uStructSize;            /*   0: 156 */
+  uint32_t uStructSize; /*   0: 156 */
   uint32_t useColorTransform;
   uint32_t useDerivedQuantization;
-  uint32_t compressionControl;     /*  12: 0 lossless, 1 ratio, 2 target size, 3 quality factor */
+  uint32_t compressionControl; /*  12: 0 lossless, 1 ratio, 2 target size, 3 quality factor */
   float compressionRatio;
-  uint64_t targetFileSize;         /*  20: bytes */
+  uint64_t targetFileSize; /*  20: bytes */
   uint32_t imageOffsetX;
   uint32_t imageOffsetY;
-  uint32_t tileWidth;              /*  36 */
+  uint32_t tileWidth; /*  36 */
   uint32_t tileHeight;
   uint32_t tileOffsetX;
   uint32_t tileOffsetY;
-  uint32_t carried52[6];           /*  52 */
-  uint32_t decompositionLevel;     /*  76 */
-  uint32_t progressionOrder;       /*  80 */
+  uint32_t carried52[6];       /*  52 */
+  uint32_t decompositionLevel; /*  76 */
+  uint32_t progressionOrder;   /*  80 */
   uint32_t codeBlockWidth;
   uint32_t codeBlockHeight;
   uint32_t codeBlockFlags;
   uint32_t guardBits;
-  uint32_t derivedBaseMantissa;    /* 100 */
+  uint32_t derivedBaseMantissa; /* 100 */
   uint32_t derivedBaseExponent;
   uint32_t useSOPMarker;
   uint32_t useEPHMarker;
-  uint32_t roiControl;             /* 116 */
+  uint32_t roiControl; /* 116 */
   uint32_t useROI;
   float roiWeight;
   uint32_t roiLeft, roiTop, roiRight, roiBottom; /* 128 */
-  uint32_t alphaLossless;          /* 144 */
+  uint32_t alphaLossless;                        /* 144 */
   uint32_t alphaActiveBits;
   uint32_t precinctSize;
 } J2KSAVEOPTION;
 
 typedef struct tagJBIG2SAVEOPTION {
-  uint32_t uStructSize;  /*  0: 78 */
+  uint32_t uStructSize; /*  0: 78 */
   uint32_t generalFlags;
   uint8_t genericTemplate;
   int8_t genericAT1X, genericAT1Y, genericAT2X, genericAT2Y, genericAT3X, genericAT3Y, genericAT4X, genericAT4Y;
@@ -131,18 +132,18 @@ typedef struct tagJBIG2SAVEOPTION {
   uint32_t dictionarySymbols; /* 21 */
   uint8_t textTemplate;       /* 25 */
   int8_t textAT1X, textAT1Y, textAT2X, textAT2Y, textAT3X, textAT3Y, textAT4X, textAT4Y;
-  uint32_t minArea;           /* 34 */
+  uint32_t minArea; /* 34 */
   uint32_t minWidth, minHeight;
-  uint32_t maxArea;           /* 46 */
+  uint32_t maxArea; /* 46 */
   uint32_t maxWidth, maxHeight;
   uint32_t differenceThreshold; /* 58 */
   int32_t textQFactor;
   uint32_t xResolution, yResolution; /* 66, 70 */
-  uint32_t textFlags;           /* 74 */
+  uint32_t textFlags;                /* 74 */
 } JBIG2SAVEOPTION;
 
 typedef struct tagPDFLOADOPTION {
-  uint32_t uStructSize;  /*  0: 648 */
+  uint32_t uStructSize; /*  0: 648 */
   uint32_t reserved4;
   int32_t xResolution;   /*  8 */
   int32_t yResolution;   /* 12 */
@@ -173,10 +174,10 @@ typedef struct tagVECTORPENOPTION {
 typedef struct tagRASTERIZEDOCOPTION {
   uint32_t uStructSize; /*  0: 72 */
   uint32_t enabled;
-  double pageWidth;     /*  8 */
+  double pageWidth; /*  8 */
   double pageHeight;
   double leftMargin, topMargin, rightMargin, bottomMargin; /* 24 */
-  uint32_t unit;        /* 56: 0 pixels, 1 inches, 2 millimetres */
+  uint32_t unit;                                           /* 56: 0 pixels, 1 inches, 2 millimetres */
   uint32_t xResolution;
   uint32_t yResolution;
   uint32_t sizeMode;

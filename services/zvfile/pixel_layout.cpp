@@ -194,9 +194,7 @@ bool HasAlpha(Layout layout) { return Of(layout).alpha; }
 bool IsDeep(Layout layout) { return Of(layout).deep; }
 bool IsRgbOrder(Layout layout) { return Of(layout).rgb; }
 
-size_t PackedRowBytes(Layout layout, int32_t width) {
-  return (static_cast<size_t>(width) * Of(layout).bits + 7) / 8;
-}
+size_t PackedRowBytes(Layout layout, int32_t width) { return (static_cast<size_t>(width) * Of(layout).bits + 7) / 8; }
 
 uint8_t Luma8(uint32_t red, uint32_t green, uint32_t blue) {
   return static_cast<uint8_t>((299 * red + 587 * green + 114 * blue + 500) / 1000);
@@ -208,9 +206,11 @@ Layout LayoutForDepth(int32_t bitsPerPixel, bool gray, bool alpha, bool rgbOrder
     case 4: return Layout::kIndex4;
     case 8: return gray ? Layout::kGray8 : Layout::kIndex8;
     case 16: return gray ? Layout::kGray16 : Layout::kBgr555;
-    case 32: return alpha ? (rgbOrder ? Layout::kRgba32 : Layout::kBgra32) : (rgbOrder ? Layout::kRgbx32 : Layout::kBgrx32);
+    case 32:
+      return alpha ? (rgbOrder ? Layout::kRgba32 : Layout::kBgra32) : (rgbOrder ? Layout::kRgbx32 : Layout::kBgrx32);
     case 48: return rgbOrder ? Layout::kRgb48 : Layout::kBgr48;
-    case 64: return alpha ? (rgbOrder ? Layout::kRgba64 : Layout::kBgra64) : (rgbOrder ? Layout::kRgbx64 : Layout::kBgrx64);
+    case 64:
+      return alpha ? (rgbOrder ? Layout::kRgba64 : Layout::kBgra64) : (rgbOrder ? Layout::kRgbx64 : Layout::kBgrx64);
     default: return rgbOrder ? Layout::kRgb24 : Layout::kBgr24;
   }
 }

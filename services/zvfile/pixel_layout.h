@@ -42,7 +42,7 @@ enum class Layout : uint8_t {
 
 int32_t BitsPerPixel(Layout layout);
 bool IsIndexed(Layout layout);
-bool IsGray(Layout layout);      // grey samples, with or without alpha
+bool IsGray(Layout layout);  // grey samples, with or without alpha
 bool HasAlpha(Layout layout);
 bool IsDeep(Layout layout);      // 16 bits a sample
 bool IsRgbOrder(Layout layout);  // red first
@@ -83,9 +83,9 @@ class RowConverter {
   Layout to_ = Layout::kBgr24;
   int32_t width_ = 0;
   Palette palette_;
-  std::vector<uint8_t> indices_;   // one row, a byte an index
-  std::vector<uint8_t> colors8_;   // one row of BGRA
-  std::vector<uint16_t> colors16_; // one row of BGRA, 16 bits a sample
+  std::vector<uint8_t> indices_;    // one row, a byte an index
+  std::vector<uint8_t> colors8_;    // one row of BGRA
+  std::vector<uint16_t> colors16_;  // one row of BGRA, 16 bits a sample
 };
 
 }  // namespace zvfile

@@ -127,9 +127,7 @@ bool IsProtected(const ZVCHAR* path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY));
 }
 
-bool FileExists(const ZVCHAR* path) {
-  return GetFileAttributesW(SystemPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
+bool FileExists(const ZVCHAR* path) { return GetFileAttributesW(SystemPath(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 uint64_t UniqueNumber() {
   static std::atomic<uint64_t> counter{0};

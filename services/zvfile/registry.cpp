@@ -10,8 +10,8 @@ namespace {
 
 // In order of preference: direct codecs first, the long tail last, since it knows the same signatures.
 constexpr const Codec* kCodecs[] = {
-    &kJpegCodec, &kPngCodec, &kTiffCodec, &kGifCodec, &kBmpCodec,      &kCmpCodec,
-    &kWebpCodec, &kJ2kCodec, &kIconCodec, &kPsdCodec, &kXwdCodec,
+    &kJpegCodec,     &kPngCodec, &kTiffCodec, &kGifCodec, &kBmpCodec, &kCmpCodec,
+    &kWebpCodec,     &kJ2kCodec, &kIconCodec, &kPsdCodec, &kXwdCodec,
 #ifdef _WIN32
     &kMetafileCodec,
 #endif

@@ -44,9 +44,11 @@ void RowSink::ChooseTarget(const ImageHeader& header) {
 int32_t RowSink::PrepareBitmap(const ImageHeader& header) {
   BITMAPHANDLE& bitmap = *request_.bitmap;
   const int32_t bits = BitsPerPixel(target_);
-  const int32_t order = late_ ? (IsGray(target_) ? ORDER_GRAY : (IsRgbOrder(target_) ? ORDER_RGB : ORDER_BGR)) : finalOrder_;
+  const int32_t order =
+      late_ ? (IsGray(target_) ? ORDER_GRAY : (IsRgbOrder(target_) ? ORDER_RGB : ORDER_BGR)) : finalOrder_;
   if (!(request_.flags & LOADFILE_ALLOCATE)) {
-    if (late_) return ERROR_FEATURE_UNSUPPORTED;  // the caller's memory has the final shape, not the one on the way there
+    if (late_)
+      return ERROR_FEATURE_UNSUPPORTED;  // the caller's memory has the final shape, not the one on the way there
     if (stored_ && !Same(bitmap, header.width, header.height, bits)) return ERROR_BAD_ARGUMENT;
     if (stored_) return SUCCESS;
   }
@@ -102,7 +104,8 @@ int32_t RowSink::Begin(const ImageHeader& header, RowOrder order) {
 bool RowSink::DecodesIntoBitmap() const { return mode_ == Mode::kDirect && stored_; }
 
 ptrdiff_t RowSink::TargetStride() const {
-  return stored_ ? request_.bitmap->bytesPerLine : static_cast<ptrdiff_t>((PackedRowBytes(target_, width_) + 3) / 4 * 4);
+  return stored_ ? request_.bitmap->bytesPerLine
+                 : static_cast<ptrdiff_t>((PackedRowBytes(target_, width_) + 3) / 4 * 4);
 }
 
 uint8_t* RowSink::TargetRow(int32_t y) {

@@ -81,21 +81,21 @@ class RowSink {
   RowOrder rowOrder_ = RowOrder::kFromTop;
   Mode mode_ = Mode::kDirect;
   bool begun_ = false;
-  bool stored_ = true;               // rows stay in the bitmap
-  bool late_ = false;                // the whole image is turned or converted before it is delivered
+  bool stored_ = true;  // rows stay in the bitmap
+  bool late_ = false;   // the whole image is turned or converted before it is delivered
   Layout source_ = Layout::kBgr24;
-  Layout target_ = Layout::kBgr24;   // of the bitmap while rows come in
+  Layout target_ = Layout::kBgr24;  // of the bitmap while rows come in
   int32_t reportedFormat_ = FMT_UNKNOWN;
-  int32_t finalBits_ = 0;            // depth and order at the end, when late
+  int32_t finalBits_ = 0;  // depth and order at the end, when late
   int32_t finalOrder_ = ORDER_BGR;
   int32_t width_ = 0;
   int32_t height_ = 0;
   int32_t committed_ = 0;
   int32_t delivered_ = 0;
   RowConverter converter_;
-  std::vector<uint8_t> scratch_;     // rows of the source layout: a batch, or the image with RowOrder::kAny
+  std::vector<uint8_t> scratch_;  // rows of the source layout: a batch, or the image with RowOrder::kAny
   size_t scratchStride_ = 0;
-  std::vector<uint8_t> window_;      // converted rows when they are not stored: a batch
+  std::vector<uint8_t> window_;  // converted rows when they are not stored: a batch
 };
 
 }  // namespace zvfile

@@ -19,8 +19,8 @@ Palette GrayRamp(int32_t bits) {
 // Where the pixels of a stored row go in the upright image: pixel x to start + x * step, counted in pixels of the upright
 // image, for each view perspective as the orientation tag of TIFF 6.0 defines it.
 struct Track {
-  int64_t x, y;          // of the row's first pixel
-  int64_t dx, dy;        // from pixel to pixel
+  int64_t x, y;    // of the row's first pixel
+  int64_t dx, dy;  // from pixel to pixel
 };
 
 Track TrackOfRow(int32_t perspective, int64_t width, int64_t height, int64_t row) {
@@ -60,7 +60,8 @@ void PlaceRow(const uint8_t* row, int64_t width, const Track& track, BITMAPHANDL
   }
   const ptrdiff_t bytes = bits / 8;
   uint8_t* first = upright.data + track.y * upright.bytesPerLine + track.x * bytes;
-  const ptrdiff_t step = static_cast<ptrdiff_t>(track.dx) * bytes + static_cast<ptrdiff_t>(track.dy) * upright.bytesPerLine;
+  const ptrdiff_t step =
+      static_cast<ptrdiff_t>(track.dx) * bytes + static_cast<ptrdiff_t>(track.dy) * upright.bytesPerLine;
   switch (bytes) {
     case 1: return PlaceBytes<1>(row, width, first, step);
     case 2: return PlaceBytes<2>(row, width, first, step);
@@ -152,8 +153,7 @@ int32_t RowSource::Gather(Layout layout) {
 int32_t RowSource::Quantize(Layout target) {
   const int32_t bits = BitsPerPixel(target);
   const Palette blackAndWhite = GrayRamp(1);
-  const int32_t result =
-      ConvertBitmapDepth(&scratch_, bits, ORDER_BGR, bits == 1 ? blackAndWhite.data() : nullptr, 1);
+  const int32_t result = ConvertBitmapDepth(&scratch_, bits, ORDER_BGR, bits == 1 ? blackAndWhite.data() : nullptr, 1);
   if (result != SUCCESS) return result;
   rowLayout_ = target;
   const int32_t count = std::clamp(scratch_.paletteCount, 0, 1 << bits);

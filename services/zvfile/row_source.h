@@ -29,7 +29,7 @@ class RowSource {
   // be turned upright or the palette of the result depends on all of them.
   int32_t Prepare(Layout target);
 
-  int32_t Width() const { return width_; }    // upright
+  int32_t Width() const { return width_; }  // upright
   int32_t Height() const { return height_; }
   Layout GetLayout() const { return layout_; }
   const Palette& GetPalette() const { return palette_; }  // of indexed layouts, as many entries as are used
@@ -56,19 +56,19 @@ class RowSource {
   Layout stored_;                      // of the bitmap's rows
   Layout rowLayout_ = Layout::kBgr24;  // of the rows before the last conversion: stored_, or the scratch bitmap's
   Palette rowPalette_;
-  Layout layout_ = Layout::kBgr24;     // promised to the encoder
+  Layout layout_ = Layout::kBgr24;  // promised to the encoder
   Palette palette_;
   int32_t perspective_ = VIEW_TOP_LEFT;
   int32_t width_ = 0;
   int32_t height_ = 0;
-  int32_t next_ = 0;                   // row that Next gives
+  int32_t next_ = 0;  // row that Next gives
   int32_t error_ = SUCCESS;
   RowConverter converter_;
-  std::vector<uint8_t> batch_;         // rows from the callback
+  std::vector<uint8_t> batch_;  // rows from the callback
   int32_t batchStride_ = 0;
   int32_t batchFirst_ = 0;
   int32_t batchCount_ = 0;
-  std::vector<uint8_t> converted_;     // one row
+  std::vector<uint8_t> converted_;  // one row
 };
 
 }  // namespace zvfile

@@ -95,7 +95,8 @@ PageOp PageOpOf(const SAVEFILEOPTION& option) {
   return option.pageNumber >= 2 ? PageOp::kAppend : PageOp::kOverwrite;
 }
 
-int32_t OpenExisting(const ZVCHAR* path, const Codec& codec, SaveRequest& request, std::unique_ptr<FileSource>& existing) {
+int32_t OpenExisting(const ZVCHAR* path, const Codec& codec, SaveRequest& request,
+                     std::unique_ptr<FileSource>& existing) {
   request.page = std::max(request.option.pageNumber, 1);
   if (!(codec.flags & kMultiPageSave)) return SUCCESS;
   const PageOp op = PageOpOf(request.option);
@@ -211,12 +212,13 @@ int32_t SaveFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, int32_t format, int32
     } else {
       GetDefaultSaveFileOption(&chosen, sizeof chosen);
     }
-    return zvfile::Save({path, bitmap, format, bitsPerPixel, quality, useCallback ? callback : nullptr, userData}, chosen);
+    return zvfile::Save({path, bitmap, format, bitsPerPixel, quality, useCallback ? callback : nullptr, userData},
+                        chosen);
   });
 }
 
-int32_t SaveBitmapToFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, int32_t format, int32_t bitsPerPixel, int32_t quality,
-                         const SAVEFILEOPTION* option) {
+int32_t SaveBitmapToFile(const ZVCHAR* path, BITMAPHANDLE* bitmap, int32_t format, int32_t bitsPerPixel,
+                         int32_t quality, const SAVEFILEOPTION* option) {
   return SaveFile(path, bitmap, format, bitsPerPixel, quality, 0, nullptr, nullptr, option);
 }
 

@@ -221,12 +221,16 @@ int32_t GetXPSLoadOptions(XPSLOADOPTION* option, uint32_t size) { return ReadRec
 int32_t SetXPSLoadOptions(const XPSLOADOPTION* option) { return WriteRecord(&Settings::xps, option); }
 int32_t GetXLSLoadOptions(XLSLOADOPTION* option, uint32_t size) { return ReadRecord(&Settings::xls, option, size); }
 int32_t SetXLSLoadOptions(const XLSLOADOPTION* option) { return WriteRecord(&Settings::xls, option); }
-int32_t GetVectorPenOptions(VECTORPENOPTION* option, uint32_t size) { return ReadRecord(&Settings::pens, option, size); }
+int32_t GetVectorPenOptions(VECTORPENOPTION* option, uint32_t size) {
+  return ReadRecord(&Settings::pens, option, size);
+}
 int32_t SetVectorPenOptions(const VECTORPENOPTION* option) { return WriteRecord(&Settings::pens, option); }
 int32_t GetRasterizeDocOptions(RASTERIZEDOCOPTION* option, uint32_t size) {
   return ReadRecord(&Settings::rasterizeDoc, option, size);
 }
-int32_t SetRasterizeDocOptions(const RASTERIZEDOCOPTION* option) { return WriteRecord(&Settings::rasterizeDoc, option); }
+int32_t SetRasterizeDocOptions(const RASTERIZEDOCOPTION* option) {
+  return WriteRecord(&Settings::rasterizeDoc, option);
+}
 
 int32_t GetVectorViewSize(int32_t* width, int32_t* height) {
   const int32_t result = ReadValue(&Settings::vectorWidth, width);
@@ -304,7 +308,8 @@ int32_t GetSaveSizeList(int32_t* count, IMAGESIZE* sizes) {
 
 int32_t SetSaveSizeList(int32_t count, const IMAGESIZE* sizes) {
   return Barrier([&]() -> int32_t {
-    if (count < 0 || static_cast<size_t>(count) > zvfile::kMaxSaveSizes || (count > 0 && !sizes)) return ERROR_BAD_ARGUMENT;
+    if (count < 0 || static_cast<size_t>(count) > zvfile::kMaxSaveSizes || (count > 0 && !sizes))
+      return ERROR_BAD_ARGUMENT;
     const bool bad = std::any_of(sizes, sizes + count, [](const IMAGESIZE& size) {
       return size.width < 1 || size.height < 1 || size.width > 256 || size.height > 256;
     });

@@ -58,7 +58,9 @@ class BoxReducer {
  private:
   static constexpr int32_t kRowsOfABand = 4;
 
-  static int32_t Edge(int32_t index, int32_t from, int32_t to) { return static_cast<int32_t>(int64_t{index} * from / to); }
+  static int32_t Edge(int32_t index, int32_t from, int32_t to) {
+    return static_cast<int32_t>(int64_t{index} * from / to);
+  }
 
   void AddRow(int32_t line) {
     CopyBitmapRow(&bitmap_, packed_.data(), line, static_cast<int32_t>(packed_.size()));
@@ -97,8 +99,8 @@ const BITMAPHANDLE* StampBitmap::Make(const BITMAPHANDLE& bitmap, const SAVEFILE
   const bool gray = option.stampBitsPerPixel == 8;
   const Layout layout = gray ? Layout::kGray8 : Layout::kBgr24;
   const int32_t order = gray ? ORDER_GRAY : ORDER_BGR;
-  const int32_t created = CreateBitmap(&stamp_, sizeof stamp_, MEMORY_CONVENTIONAL, width, height, BitsPerPixel(layout), order,
-                                       nullptr, bitmap.viewPerspective, nullptr, 0);
+  const int32_t created = CreateBitmap(&stamp_, sizeof stamp_, MEMORY_CONVENTIONAL, width, height, BitsPerPixel(layout),
+                                       order, nullptr, bitmap.viewPerspective, nullptr, 0);
   if (created != SUCCESS) return nullptr;
   BoxReducer reducer(bitmap, layout, width, height);
   std::vector<uint8_t> row(PackedRowBytes(layout, width));

@@ -69,7 +69,8 @@ std::string Utf8FromUtf16(std::u16string_view text) {
   std::string result;
   for (size_t i = 0; i < text.size(); ++i) {
     uint32_t code = text[i];
-    const bool paired = code >= 0xD800 && code < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
+    const bool paired =
+        code >= 0xD800 && code < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
     if (paired) code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00u);
     if (code >= 0xD800 && code < 0xE000) code = 0xFFFD;
     AppendUtf8(result, code);

@@ -11,8 +11,8 @@ namespace {
 using namespace zvfile;
 
 bool MakePicture(int32_t bits, BITMAPHANDLE& bitmap) {
-  if (CreateBitmap(&bitmap, sizeof bitmap, MEMORY_CONVENTIONAL, 37, 23, bits, ORDER_BGR, nullptr, VIEW_TOP_LEFT, nullptr, 0) !=
-      SUCCESS) {
+  if (CreateBitmap(&bitmap, sizeof bitmap, MEMORY_CONVENTIONAL, 37, 23, bits, ORDER_BGR, nullptr, VIEW_TOP_LEFT,
+                   nullptr, 0) != SUCCESS) {
     return false;
   }
   for (uint64_t i = 0; i < bitmap.dataSize; ++i) bitmap.data[i] = static_cast<uint8_t>(i * 7 ^ (i >> 5));

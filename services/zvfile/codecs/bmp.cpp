@@ -96,7 +96,8 @@ int32_t ChooseLayout(BmpHeader& header) {
     case 32: layout = header.alpha.max ? Layout::kBgra32 : Layout::kBgrx32; break;
     default: return ERROR_FILE_DAMAGED;
   }
-  const bool rleFits = (header.compression == kRle4 && header.bits == 4) || (header.compression == kRle8 && header.bits == 8);
+  const bool rleFits =
+      (header.compression == kRle4 && header.bits == 4) || (header.compression == kRle8 && header.bits == 8);
   const bool masksFit = header.bits == 16 || header.bits == 32;
   if (header.Rle()) return rleFits && !header.topDown ? SUCCESS : ERROR_FILE_DAMAGED;
   if (header.Masked()) return masksFit ? SUCCESS : ERROR_FILE_DAMAGED;
@@ -106,7 +107,8 @@ int32_t ChooseLayout(BmpHeader& header) {
 int32_t ReadPalette(ByteSource& source, uint64_t offset, int entryBytes, uint32_t used, BmpHeader& header) {
   if (header.bits > 8) return SUCCESS;
   uint32_t count = used == 0 ? 1u << header.bits : std::min(used, 1u << header.bits);
-  if (header.pixels > offset) count = std::min<uint64_t>(count, (header.pixels - offset) / static_cast<uint32_t>(entryBytes));
+  if (header.pixels > offset)
+    count = std::min<uint64_t>(count, (header.pixels - offset) / static_cast<uint32_t>(entryBytes));
   for (uint32_t i = 0; i < count; ++i) {
     uint8_t entry[4] = {};
     const size_t bytes = static_cast<size_t>(entryBytes);
@@ -166,7 +168,8 @@ int32_t ReadBmpHeader(ByteSource& source, const LoadRequest& request, BmpHeader&
   header.pixels = Le(bytes + 10, 4);
   result = ReadPalette(source, palette, entryBytes, used, header);
   if (header.pixels < palette) header.pixels = palette + header.image.palette.size() * static_cast<size_t>(entryBytes);
-  header.stride = (static_cast<uint64_t>(std::max(header.image.width, 0)) * static_cast<uint32_t>(header.bits) + 31) / 32 * 4;
+  header.stride =
+      (static_cast<uint64_t>(std::max(header.image.width, 0)) * static_cast<uint32_t>(header.bits) + 31) / 32 * 4;
   header.image.format = header.Rle() ? FMT_BMP_RLE : FMT_BMP;
   header.image.compression = header.Rle() ? "RLE" : "None";
   return result == SUCCESS ? CheckSize(source, request, header) : result;
@@ -212,7 +215,8 @@ int32_t LoadPlain(ByteSource& source, const BmpHeader& header, RowSink& sink) {
     const int32_t count = std::min(blockRows, height - first);
     const int32_t lowest = header.topDown ? first : height - first - count;
     const size_t wanted = stride * static_cast<size_t>(count);
-    const size_t read = source.ReadAt(header.pixels + header.stride * static_cast<uint64_t>(lowest), block.data(), wanted);
+    const size_t read =
+        source.ReadAt(header.pixels + header.stride * static_cast<uint64_t>(lowest), block.data(), wanted);
     if (read + 4 < wanted) return ERROR_FILE_DAMAGED;
     for (int32_t i = 0; i < count; ++i) {
       const int32_t line = header.topDown ? i : count - 1 - i;
@@ -226,7 +230,8 @@ int32_t LoadPlain(ByteSource& source, const BmpHeader& header, RowSink& sink) {
 // Walks the run-length code and writes pixels where it says; what it skips stays 0.
 class RleDecoder {
  public:
-  RleDecoder(ByteSource& source, const BmpHeader& header, RowSink& sink) : source_(source), header_(header), sink_(sink) {}
+  RleDecoder(ByteSource& source, const BmpHeader& header, RowSink& sink)
+      : source_(source), header_(header), sink_(sink) {}
 
   // False when the code ends before it says so.
   bool Run() {
@@ -273,7 +278,8 @@ class RleDecoder {
         row[x_] = index;
       } else {
         uint8_t& pair = row[x_ / 2];
-        pair = x_ % 2 == 0 ? static_cast<uint8_t>((pair & 0x0F) | (index << 4)) : static_cast<uint8_t>((pair & 0xF0) | index);
+        pair = x_ % 2 == 0 ? static_cast<uint8_t>((pair & 0x0F) | (index << 4))
+                           : static_cast<uint8_t>((pair & 0xF0) | index);
       }
     }
     ++x_;
@@ -450,7 +456,7 @@ constexpr Signature kSignatures[] = {{0, 2, "BM"}};
 
 }  // namespace
 
-const Codec kBmpCodec = {"BMP", kFormats, kSignatures, "bmp;dib;rle", 0, ProbeBmp, BmpInfo,
-                         BmpLoad, BmpSave, nullptr, nullptr, nullptr};
+const Codec kBmpCodec = {"BMP",   kFormats, kSignatures, "bmp;dib;rle", 0,       ProbeBmp,
+                         BmpInfo, BmpLoad,  BmpSave,     nullptr,       nullptr, nullptr};
 
 }  // namespace zvfile

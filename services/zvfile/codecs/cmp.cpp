@@ -236,7 +236,8 @@ int32_t CmpDeletePage(ByteSource& existing, int32_t page, ByteSink& sink) {
   const uint8_t zeros[kHeaderBytes] = {};
   sink.Write(zeros, sizeof zeros);
   for (size_t i = 0; i < old.size(); ++i) {
-    if (i != dropped && !CopyPage(existing, sink, old[i], written)) return sink.Failed() ? ERROR_FILE_WRITE : ERROR_FILE_READ;
+    if (i != dropped && !CopyPage(existing, sink, old[i], written))
+      return sink.Failed() ? ERROR_FILE_WRITE : ERROR_FILE_READ;
   }
   return WriteIndex(sink, written) ? SUCCESS : ERROR_FILE_WRITE;
 }
@@ -248,7 +249,7 @@ constexpr Signature kSignatures[] = {{0, kSignatureBytes, kSignature}};
 
 }  // namespace
 
-const Codec kCmpCodec = {"Zorvane CMP", kFormats, kSignatures, "cmp", kMultiPageSave, nullptr, CmpInfo,
-                         CmpLoad, CmpSave, CmpDeletePage, CmpStamp, nullptr};
+const Codec kCmpCodec = {"Zorvane CMP", kFormats, kSignatures, "cmp",         kMultiPageSave, nullptr,
+                         CmpInfo,       CmpLoad,  CmpSave,     CmpDeletePage, CmpStamp,       nullptr};
 
 }  // namespace zvfile

@@ -57,7 +57,9 @@ bool ReadEntry(ByteSource& source, Entry& entry) {
   if (source.ReadAt(entry.offset, head, sizeof head) != sizeof head) return false;
   entry.png = std::memcmp(head, "\x89PNG", 4) == 0;
   if (entry.png) {
-    const auto be = [&](size_t at) { return static_cast<int32_t>(head[at] << 24 | head[at + 1] << 16 | head[at + 2] << 8 | head[at + 3]); };
+    const auto be = [&](size_t at) {
+      return static_cast<int32_t>(head[at] << 24 | head[at + 1] << 16 | head[at + 2] << 8 | head[at + 3]);
+    };
     entry.width = be(16);
     entry.height = be(20);
     entry.bits = 32;
@@ -78,7 +80,8 @@ int32_t ReadDirectory(ByteSource& source, const LoadRequest& request, Directory&
   const size_t count = std::min<size_t>(Le(head + 4, 2), kMostEntries);
   for (size_t i = 0; i < count; ++i) {
     uint8_t bytes[kEntryBytes];
-    if (source.ReadAt(kDirectoryBytes + i * kEntryBytes, bytes, sizeof bytes) != sizeof bytes) return ERROR_FILE_DAMAGED;
+    if (source.ReadAt(kDirectoryBytes + i * kEntryBytes, bytes, sizeof bytes) != sizeof bytes)
+      return ERROR_FILE_DAMAGED;
     Entry entry;
     entry.size = Le(bytes + 8, 4);
     entry.offset = Le(bytes + 12, 4);
@@ -225,8 +228,8 @@ struct Scratch {
   ~Scratch() { FreeBitmap(&bitmap); }
 
   int32_t Allocate(int32_t width, int32_t height) {
-    const int32_t result = CreateBitmap(&bitmap, sizeof bitmap, MEMORY_CONVENTIONAL, width, height, 32, ORDER_BGR, nullptr,
-                                        VIEW_TOP_LEFT, nullptr, 0);
+    const int32_t result = CreateBitmap(&bitmap, sizeof bitmap, MEMORY_CONVENTIONAL, width, height, 32, ORDER_BGR,
+                                        nullptr, VIEW_TOP_LEFT, nullptr, 0);
     bitmap.flags |= BITMAP_FLAG_ALPHA;
     return result;
   }
@@ -234,7 +237,8 @@ struct Scratch {
 
 // The picture at a size: scaled to fit, centred on a transparent square where the shapes differ.
 int32_t ScaleTo(const BITMAPHANDLE& picture, const IMAGESIZE& size, Scratch& scaled) {
-  const double scale = std::min(static_cast<double>(size.width) / picture.width, static_cast<double>(size.height) / picture.height);
+  const double scale =
+      std::min(static_cast<double>(size.width) / picture.width, static_cast<double>(size.height) / picture.height);
   const int32_t width = std::clamp(static_cast<int32_t>(picture.width * scale + 0.5), 1, size.width);
   const int32_t height = std::clamp(static_cast<int32_t>(picture.height * scale + 0.5), 1, size.height);
   Scratch fitted;
@@ -288,7 +292,9 @@ std::vector<IMAGESIZE> SizesFor(const SaveRequest& request, const RowSource& row
   if (!request.sizeList.empty()) return request.sizeList;
   const int32_t longest = std::max(rows.Width(), rows.Height());
   if (longest <= kLargestSide) return {IMAGESIZE{rows.Width(), rows.Height()}};
-  const auto scaled = [&](int32_t side) { return std::max(1, static_cast<int32_t>((int64_t{side} * kLargestSide + longest / 2) / longest)); };
+  const auto scaled = [&](int32_t side) {
+    return std::max(1, static_cast<int32_t>((int64_t{side} * kLargestSide + longest / 2) / longest));
+  };
   return {IMAGESIZE{scaled(rows.Width()), scaled(rows.Height())}};
 }
 
@@ -345,7 +351,7 @@ constexpr Signature kSignatures[] = {{0, 4, "\0\0\1\0"}, {0, 4, "\0\0\2\0"}};
 
 }  // namespace
 
-const Codec kIconCodec = {"Icon", kFormats, kSignatures, "ico;cur", 0, ProbeIcon, IconInfo,
-                          IconLoad, IconSave, nullptr, nullptr, IconSizes};
+const Codec kIconCodec = {"Icon",   kFormats, kSignatures, "ico;cur", 0,       ProbeIcon,
+                          IconInfo, IconLoad, IconSave,    nullptr,   nullptr, IconSizes};
 
 }  // namespace zvfile

@@ -148,13 +148,15 @@ int32_t OpenFile(ByteSource& source, const LoadRequest& request, Opened& opened)
   opened.image.reset(image);
   if (!read || !image || image->numcomps < 1) return ERROR_FILE_DAMAGED;
   const int64_t width = int64_t{image->x1} - image->x0, height = int64_t{image->y1} - image->y0;
-  const int32_t bits = static_cast<int32_t>(std::min<OPJ_UINT32>(image->numcomps, 4) * (image->comps[0].prec > 8 ? 16 : 8));
+  const int32_t bits =
+      static_cast<int32_t>(std::min<OPJ_UINT32>(image->numcomps, 4) * (image->comps[0].prec > 8 ? 16 : 8));
   const int32_t result = request.limits.CheckPlausible(width, height, bits, source.Size(), kMostBytesPerByte);
   if (result != SUCCESS) return result;
   opened.width = static_cast<int32_t>(width);
   opened.height = static_cast<int32_t>(height);
   opened.reductions = ReductionsOf(opened.codec.get());
-  while (opened.reductions > 0 && std::min(Reduced(opened.width, opened.reductions), Reduced(opened.height, opened.reductions)) < 1) {
+  while (opened.reductions > 0 &&
+         std::min(Reduced(opened.width, opened.reductions), Reduced(opened.height, opened.reductions)) < 1) {
     --opened.reductions;
   }
   return SUCCESS;
@@ -259,10 +261,12 @@ void YccToRgb(uint32_t* samples, uint32_t top) {
   const double middle = (top + 1) / 2.0;
   const double y = samples[0], cb = samples[1] - middle, cr = samples[2] - middle;
   const double rgb[3] = {y + 1.402 * cr, y - 0.344136 * cb - 0.714136 * cr, y + 1.772 * cb};
-  for (int i = 0; i < 3; ++i) samples[i] = static_cast<uint32_t>(std::clamp(rgb[i] + 0.5, 0.0, static_cast<double>(top)));
+  for (int i = 0; i < 3; ++i)
+    samples[i] = static_cast<uint32_t>(std::clamp(rgb[i] + 0.5, 0.0, static_cast<double>(top)));
 }
 
-int32_t PushRows(const opj_image_t& image, const ImageHeader& header, const std::vector<uint8_t>& inkProfile, RowSink& sink) {
+int32_t PushRows(const opj_image_t& image, const ImageHeader& header, const std::vector<uint8_t>& inkProfile,
+                 RowSink& sink) {
   if (!Complete(image)) return ERROR_FILE_DAMAGED;
   const bool inks = IsInks(image);
   const bool deep = IsDeep(header.layout);
@@ -326,7 +330,8 @@ float RatioFor(const J2KSAVEOPTION& option, uint64_t rawBytes) {
     case kTargetSize:
       return option.targetFileSize == 0
                  ? 1.0F
-                 : std::max(1.0F, static_cast<float>(static_cast<double>(rawBytes) / static_cast<double>(option.targetFileSize)));
+                 : std::max(1.0F, static_cast<float>(static_cast<double>(rawBytes) /
+                                                     static_cast<double>(option.targetFileSize)));
     default: return 0.0F;
   }
 }
@@ -346,7 +351,8 @@ bool IsPowerOfTwo(uint32_t value) { return value >= 4 && value <= 64 && (value &
 void SetParameters(const SaveRequest& request, const RowSource& rows, int32_t channels, opj_cparameters_t& parameters) {
   const J2KSAVEOPTION& option = request.j2k;
   opj_set_default_encoder_parameters(&parameters);
-  const uint64_t rawBytes = static_cast<uint64_t>(rows.Width()) * static_cast<uint64_t>(rows.Height()) * static_cast<uint32_t>(channels);
+  const uint64_t rawBytes =
+      static_cast<uint64_t>(rows.Width()) * static_cast<uint64_t>(rows.Height()) * static_cast<uint32_t>(channels);
   const float ratio = RatioFor(option, rawBytes);
   parameters.tcp_numlayers = 1;
   if (ratio > 0) {
@@ -435,7 +441,8 @@ constexpr Signature kSignatures[] = {{0, 12, kBoxSignature}, {0, 4, kCodeSignatu
 
 }  // namespace
 
-const Codec kJ2kCodec = {"JPEG 2000", kFormats, kSignatures, "jp2;j2k;j2c;jpc;jpf;jpx", 0, nullptr, J2kInfo,
-                         J2kLoad, J2kSave, nullptr, nullptr, J2kSizes};
+const Codec kJ2kCodec = {"JPEG 2000", kFormats, kSignatures, "jp2;j2k;j2c;jpc;jpf;jpx",
+                         0,           nullptr,  J2kInfo,     J2kLoad,
+                         J2kSave,     nullptr,  nullptr,     J2kSizes};
 
 }  // namespace zvfile

@@ -26,7 +26,7 @@ constexpr size_t kExifHeaderBytes = 6;
 constexpr char kXmpHeader[] = "http://ns.adobe.com/xap/1.0/";
 constexpr size_t kXmpHeaderBytes = sizeof kXmpHeader;
 constexpr size_t kMaxSegment = 65533;
-constexpr int kMaxScans = 500;          // each scan of a progressive file costs a pass over the whole image
+constexpr int kMaxScans = 500;                // each scan of a progressive file costs a pass over the whole image
 constexpr uint32_t kMostBytesPerByte = 1200;  // 4:2:0: 768 decoded bytes take at least 6 bits, one a block
 constexpr size_t kIoBytes = 64 * 1024;
 constexpr double kDotsPerCentimetre = 2.54;
@@ -423,7 +423,8 @@ std::vector<uint8_t> Prefixed(const char* header, size_t headerBytes, const std:
 
 int32_t WriteSegments(Encoder& encoder, const JpegSaveSettings& settings, bool gray) {
   const auto write = [&](int marker, const std::vector<uint8_t>& bytes) {
-    return encoder.Guard([&] { jpeg_write_marker(&encoder.info, marker, bytes.data(), static_cast<unsigned>(bytes.size())); });
+    return encoder.Guard(
+        [&] { jpeg_write_marker(&encoder.info, marker, bytes.data(), static_cast<unsigned>(bytes.size())); });
   };
   int32_t result = SUCCESS;
   if (!settings.exif.empty()) result = write(kExifMarker, Prefixed(kExifHeader, kExifHeaderBytes, settings.exif));
@@ -504,9 +505,10 @@ int32_t LoadJpegStream(ByteSource& source, const LoadRequest& request, RowSink& 
   }
   if (adjust) adjust(header);
   result = decoder.Guard([&] {
-    info.out_color_space = inks ? JCS_CMYK : header.layout == Layout::kGray8 ? JCS_GRAYSCALE
-                                         : header.layout == Layout::kRgb24   ? JCS_EXT_RGB
-                                                                             : JCS_EXT_BGR;
+    info.out_color_space = inks                              ? JCS_CMYK
+                           : header.layout == Layout::kGray8 ? JCS_GRAYSCALE
+                           : header.layout == Layout::kRgb24 ? JCS_EXT_RGB
+                                                             : JCS_EXT_BGR;
     info.dct_method = JDCT_ISLOW;
     jpeg_calc_output_dimensions(&info);
   });
@@ -559,7 +561,8 @@ constexpr Signature kSignatures[] = {{0, 3, "\xFF\xD8\xFF"}};
 
 }  // namespace
 
-const Codec kJpegCodec = {"JPEG", kFormats, kSignatures, "jpg;jpeg;jpe;jfif;jif;thm", 0, ProbeJpeg, JpegInfo,
-                          JpegLoad, JpegSave, nullptr, JpegStamp, nullptr};
+const Codec kJpegCodec = {"JPEG",   kFormats,  kSignatures, "jpg;jpeg;jpe;jfif;jif;thm",
+                          0,        ProbeJpeg, JpegInfo,    JpegLoad,
+                          JpegSave, nullptr,   JpegStamp,   nullptr};
 
 }  // namespace zvfile

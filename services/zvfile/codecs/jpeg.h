@@ -17,13 +17,13 @@ int32_t LoadJpegStream(ByteSource& source, const LoadRequest& request, RowSink& 
                        const std::function<void(ImageHeader&)>& adjust);
 
 struct JpegSaveSettings {
-  int32_t quality = 75;           // libjpeg's scale
-  int32_t horizontalSampling = 1; // of luma against chroma: 1 or 2
+  int32_t quality = 75;            // libjpeg's scale
+  int32_t horizontalSampling = 1;  // of luma against chroma: 1 or 2
   int32_t verticalSampling = 1;
   bool progressive = false;
-  bool exifCarrier = false;       // Exif leads, without the JFIF header
+  bool exifCarrier = false;  // Exif leads, without the JFIF header
   int32_t xResolution = 0, yResolution = 0;
-  std::vector<uint8_t> exif;      // written as given; empty none
+  std::vector<uint8_t> exif;           // written as given; empty none
   const Metadata* metadata = nullptr;  // profile, XMP and description are written from it; null writes none
 };
 // Writes a stream at the sink's position. Rows are grey or 24-bit. ERROR_LIMIT_EXCEEDED above 65500 a side.

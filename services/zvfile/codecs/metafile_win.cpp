@@ -47,10 +47,11 @@ struct Opened {
 };
 
 Kind KindOf(std::span<const uint8_t> bytes) {
-  if (bytes.size() >= kEmfHeaderBytes && Le(bytes, 0, 4) == 1 && Le(bytes, 40, 4) == kEmfSignature) return Kind::kEnhanced;
+  if (bytes.size() >= kEmfHeaderBytes && Le(bytes, 0, 4) == 1 && Le(bytes, 40, 4) == kEmfSignature)
+    return Kind::kEnhanced;
   if (bytes.size() >= kPlaceableBytes + kWmfHeaderBytes && Le(bytes, 0, 4) == kPlaceableKey) return Kind::kPlaceable;
-  const bool plain = bytes.size() >= kWmfHeaderBytes && (Le(bytes, 0, 2) == 1 || Le(bytes, 0, 2) == 2) && Le(bytes, 2, 2) == 9 &&
-                     (Le(bytes, 4, 2) == 0x0300 || Le(bytes, 4, 2) == 0x0100);
+  const bool plain = bytes.size() >= kWmfHeaderBytes && (Le(bytes, 0, 2) == 1 || Le(bytes, 0, 2) == 2) &&
+                     Le(bytes, 2, 2) == 9 && (Le(bytes, 4, 2) == 0x0300 || Le(bytes, 4, 2) == 0x0100);
   return plain ? Kind::kPlain : Kind::kNone;
 }
 
@@ -114,7 +115,8 @@ int32_t OpenEnhanced(std::span<const uint8_t> bytes, Opened& opened) {
   if (!HasSoundEmfRecords(bytes)) return ERROR_FILE_DAMAGED;
   opened.metafile.reset(SetEnhMetaFileBits(static_cast<UINT>(bytes.size()), bytes.data()));
   ENHMETAHEADER header = {};
-  if (!opened.metafile || !GetEnhMetaFileHeader(opened.metafile.get(), sizeof header, &header)) return ERROR_FILE_DAMAGED;
+  if (!opened.metafile || !GetEnhMetaFileHeader(opened.metafile.get(), sizeof header, &header))
+    return ERROR_FILE_DAMAGED;
   opened.format = FMT_EMF;
   opened.widthInches = (int64_t{header.rclFrame.right} - header.rclFrame.left) / kHundredthsOfMillimetre;
   opened.heightInches = (int64_t{header.rclFrame.bottom} - header.rclFrame.top) / kHundredthsOfMillimetre;
@@ -133,7 +135,8 @@ int32_t OpenOld(std::span<const uint8_t> bytes, Kind kind, Opened& opened) {
   }
   if (!HasSoundWmfRecords(bytes)) return ERROR_FILE_DAMAGED;
   const auto hundredths = [](double inches) { return static_cast<LONG>(inches * kHundredthsOfMillimetre + 0.5); };
-  const METAFILEPICT picture = {MM_ANISOTROPIC, hundredths(opened.widthInches), hundredths(opened.heightInches), nullptr};
+  const METAFILEPICT picture = {MM_ANISOTROPIC, hundredths(opened.widthInches), hundredths(opened.heightInches),
+                                nullptr};
   const UINT count = static_cast<UINT>(bytes.size());
   opened.metafile.reset(SetWinMetaFileBits(count, bytes.data(), nullptr, &picture));
   return opened.metafile ? SUCCESS : ERROR_FILE_DAMAGED;
@@ -157,7 +160,9 @@ int32_t OpenMetafile(ByteSource& source, const LoadRequest& request, Opened& ope
 }
 
 int32_t Describe(const Opened& opened, const LoadRequest& request, ImageHeader& header) {
-  const auto pixels = [](double inches, int32_t dpi) { return static_cast<int64_t>(std::clamp(inches * dpi, 0.0, 1e9) + 0.5); };
+  const auto pixels = [](double inches, int32_t dpi) {
+    return static_cast<int64_t>(std::clamp(inches * dpi, 0.0, 1e9) + 0.5);
+  };
   const int64_t width = pixels(opened.widthInches, request.xDpi), height = pixels(opened.heightInches, request.yDpi);
   const int32_t result = request.limits.CheckImage(width, height, 32);
   if (result != SUCCESS) return result;
@@ -248,7 +253,7 @@ constexpr Signature kSignatures[] = {{40, 4, " EMF"},
 
 }  // namespace
 
-const Codec kMetafileCodec = {"Windows metafile", kFormats, kSignatures, "emf;wmf;wmz;emz", 0, ProbeMetafile, MetafileInfo,
-                              MetafileLoad, nullptr, nullptr, nullptr, nullptr};
+const Codec kMetafileCodec = {"Windows metafile", kFormats,     kSignatures, "emf;wmf;wmz;emz", 0,       ProbeMetafile,
+                              MetafileInfo,       MetafileLoad, nullptr,     nullptr,           nullptr, nullptr};
 
 }  // namespace zvfile

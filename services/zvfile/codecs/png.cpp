@@ -154,9 +154,7 @@ void ChooseLayout(const Reader& reader, ImageHeader& header) {
       }
       break;
     case PNG_COLOR_TYPE_GRAY_ALPHA: header.layout = deep ? Layout::kGrayAlpha32 : Layout::kGrayAlpha16; break;
-    case PNG_COLOR_TYPE_RGB:
-      header.layout = transparent ? withAlpha : (deep ? Layout::kBgr48 : Layout::kBgr24);
-      break;
+    case PNG_COLOR_TYPE_RGB: header.layout = transparent ? withAlpha : (deep ? Layout::kBgr48 : Layout::kBgr24); break;
     default: header.layout = withAlpha; break;
   }
 }
@@ -240,7 +238,8 @@ int32_t PngLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   if (color && rgb) header.layout = LayoutForDepth(BitsPerPixel(header.layout), false, HasAlpha(header.layout), true);
   result = reader.Guard([&] { SetTransformations(reader, rgb); });
   if (result != SUCCESS) return result;
-  if (png_get_rowbytes(reader.png, reader.info) != PackedRowBytes(header.layout, header.width)) return ERROR_FILE_DAMAGED;
+  if (png_get_rowbytes(reader.png, reader.info) != PackedRowBytes(header.layout, header.width))
+    return ERROR_FILE_DAMAGED;
   const bool interlaced = (header.flags & FILEINFO_INTERLACED) != 0;
   result = sink.Begin(header, interlaced ? RowOrder::kAny : RowOrder::kFromTop);
   if (result != SUCCESS) return result;
@@ -249,13 +248,13 @@ int32_t PngLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
 
 // --- Table row ---
 
-constexpr FormatRow kFormats[] = {{FMT_PNG, "png",
-                                   kSave1 | kSave4 | kSave8Index | kSave8Gray | kSave16Gray | kSave24 | kSave32 | kSave48 |
-                                       kSave64}};
+constexpr FormatRow kFormats[] = {
+    {FMT_PNG, "png", kSave1 | kSave4 | kSave8Index | kSave8Gray | kSave16Gray | kSave24 | kSave32 | kSave48 | kSave64}};
 constexpr Signature kSignatures[] = {{0, 8, "\x89PNG\r\n\x1A\n"}};
 
 }  // namespace
 
-const Codec kPngCodec = {"PNG", kFormats, kSignatures, "png", 0, nullptr, PngInfo, PngLoad, PngSave, nullptr, nullptr, nullptr};
+const Codec kPngCodec = {"PNG",   kFormats, kSignatures, "png",   0,       nullptr,
+                         PngInfo, PngLoad,  PngSave,     nullptr, nullptr, nullptr};
 
 }  // namespace zvfile

@@ -13,9 +13,9 @@ struct PngKeyword {
 
 // The keywords that the standard names (ISO/IEC 15948, 11.3.4.2).
 inline constexpr PngKeyword kPngKeywords[] = {
-    {COMMENT_TITLE, "Title"},           {COMMENT_AUTHOR, "Author"},        {COMMENT_DESCRIPTION, "Description"},
-    {COMMENT_COPYRIGHT, "Copyright"},   {COMMENT_DATE, "Creation Time"},   {COMMENT_SOFTWARE, "Software"},
-    {COMMENT_DISCLAIMER, "Disclaimer"}, {COMMENT_WARNING, "Warning"},      {COMMENT_SOURCE, "Source"},
+    {COMMENT_TITLE, "Title"},           {COMMENT_AUTHOR, "Author"},      {COMMENT_DESCRIPTION, "Description"},
+    {COMMENT_COPYRIGHT, "Copyright"},   {COMMENT_DATE, "Creation Time"}, {COMMENT_SOFTWARE, "Software"},
+    {COMMENT_DISCLAIMER, "Disclaimer"}, {COMMENT_WARNING, "Warning"},    {COMMENT_SOURCE, "Source"},
     {COMMENT_COMMENT, "Comment"}};
 inline constexpr char kPngXmpKeyword[] = "XML:com.adobe.xmp";
 

@@ -76,11 +76,13 @@ Filter Choose(const uint8_t* row, const uint8_t* above, size_t rowBytes, size_t 
   for (size_t i = 0; i < rowBytes; i += 16) {
     const size_t left = std::min<size_t>(rowBytes - i, 16);
     const __m128i mask = Load(tailMask + 16 - left);
-    const __m128i x = Load(row + i), a = Load(row + i - pixelBytes), b = Load(above + i), c = Load(above + i - pixelBytes);
+    const __m128i x = Load(row + i), a = Load(row + i - pixelBytes), b = Load(above + i),
+                  c = Load(above + i - pixelBytes);
     sums[kNone] = _mm_add_epi64(sums[kNone], AbsoluteSum(_mm_and_si128(mask, x)));
     sums[kSub] = _mm_add_epi64(sums[kSub], AbsoluteSum(_mm_and_si128(mask, _mm_sub_epi8(x, a))));
     sums[kUp] = _mm_add_epi64(sums[kUp], AbsoluteSum(_mm_and_si128(mask, _mm_sub_epi8(x, b))));
-    sums[kAverage] = _mm_add_epi64(sums[kAverage], AbsoluteSum(_mm_and_si128(mask, _mm_sub_epi8(x, FloorAverage(a, b)))));
+    sums[kAverage] =
+        _mm_add_epi64(sums[kAverage], AbsoluteSum(_mm_and_si128(mask, _mm_sub_epi8(x, FloorAverage(a, b)))));
     sums[kPaeth] = _mm_add_epi64(sums[kPaeth], AbsoluteSum(_mm_and_si128(mask, _mm_sub_epi8(x, Paeth(a, b, c)))));
   }
   uint8_t best = kNone;
@@ -90,10 +92,12 @@ Filter Choose(const uint8_t* row, const uint8_t* above, size_t rowBytes, size_t 
   return static_cast<Filter>(best);
 }
 
-void Write(Filter filter, const uint8_t* row, const uint8_t* above, size_t rowBytes, size_t pixelBytes, uint8_t* output) {
+void Write(Filter filter, const uint8_t* row, const uint8_t* above, size_t rowBytes, size_t pixelBytes,
+           uint8_t* output) {
   size_t i = 0;
   for (; i + 16 <= rowBytes; i += 16) {
-    const __m128i prediction = Predict(filter, Load(row + i - pixelBytes), Load(above + i), Load(above + i - pixelBytes));
+    const __m128i prediction =
+        Predict(filter, Load(row + i - pixelBytes), Load(above + i), Load(above + i - pixelBytes));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(output + i), _mm_sub_epi8(Load(row + i), prediction));
   }
   if (i == rowBytes) return;

@@ -128,7 +128,8 @@ void WriteProfile(ChunkWriter& chunks, const std::vector<uint8_t>& profile) {
 
 void WriteText(ChunkWriter& chunks, const char* keyword, std::string_view text) {
   std::vector<uint8_t> content(keyword, keyword + std::strlen(keyword) + 1);
-  const bool ascii = std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<uint8_t>(letter) < 128; });
+  const bool ascii =
+      std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<uint8_t>(letter) < 128; });
   if (!ascii) content.insert(content.end(), 4, uint8_t{0});  // iTXt: not compressed, no language, no translated keyword
   content.insert(content.end(), text.begin(), text.end());
   chunks.Write(ascii ? "tEXt" : "iTXt", content);
@@ -152,7 +153,8 @@ void WriteMetadata(ChunkWriter& chunks, const SaveRequest& request, const RowSou
   if (ProfileFits(metadata.profile, shape.type == kGray)) WriteProfile(chunks, metadata.profile);
   if (shape.type == kPalette) {
     std::vector<uint8_t> colors;
-    for (const ZVPALETTEENTRY& entry : rows.GetPalette()) colors.insert(colors.end(), {entry.red, entry.green, entry.blue});
+    for (const ZVPALETTEENTRY& entry : rows.GetPalette())
+      colors.insert(colors.end(), {entry.red, entry.green, entry.blue});
     chunks.Write("PLTE", colors);
   }
   if (request.xResolution > 0 && request.yResolution > 0) {
@@ -197,7 +199,8 @@ using Block = std::unique_ptr<uint8_t, FreeDeleter>;
 
 Block Allocate(size_t bytes) { return Block(static_cast<uint8_t*>(std::malloc(bytes))); }
 
-int32_t CompressInOneGo(ChunkWriter& chunks, RowSource& rows, const Shape& shape, int level, Block filtered, size_t total) {
+int32_t CompressInOneGo(ChunkWriter& chunks, RowSource& rows, const Shape& shape, int level, Block filtered,
+                        size_t total) {
   PngFilter filter(shape.rowBytes, shape.pixelBytes, shape.Adaptive(level));
   for (int32_t y = 0; y < rows.Height(); ++y) {
     uint8_t* output = filtered.get() + (shape.rowBytes + 1) * static_cast<size_t>(y);

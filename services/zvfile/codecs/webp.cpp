@@ -14,7 +14,7 @@ namespace zvfile {
 namespace {
 
 constexpr uint64_t kMostFileBytes = uint64_t{1} << 32;  // the size field of the container has 32 bits
-constexpr uint32_t kMostBytesPerByte = 20000;  // a lossless image of one colour is little more than its header
+constexpr uint32_t kMostBytesPerByte = 20000;           // a lossless image of one colour is little more than its header
 constexpr size_t kRiffHeaderBytes = 12;
 constexpr size_t kChunkHeaderBytes = 8;
 constexpr int32_t kLosslessQFactor = 2;
@@ -179,13 +179,14 @@ int32_t WebpLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) 
   WebPDecoderConfig config;
   if (!WebPInitDecoderConfig(&config)) return ERROR_FEATURE_UNSUPPORTED;
   // The rows of a sink that takes them in any order lie at one distance.
-  const size_t stride = header.height > 1 ? static_cast<size_t>(sink.Row(1) - sink.Row(0))
-                                          : PackedRowBytes(header.layout, header.width);
+  const size_t stride =
+      header.height > 1 ? static_cast<size_t>(sink.Row(1) - sink.Row(0)) : PackedRowBytes(header.layout, header.width);
   config.output.colorspace = ModeOf(header.layout);
   config.output.is_external_memory = 1;
   config.output.u.RGBA.rgba = sink.Row(0);
   config.output.u.RGBA.stride = static_cast<int>(stride);
-  config.output.u.RGBA.size = stride * static_cast<size_t>(header.height - 1) + PackedRowBytes(header.layout, header.width);
+  config.output.u.RGBA.size =
+      stride * static_cast<size_t>(header.height - 1) + PackedRowBytes(header.layout, header.width);
   result = ResultOf(WebPDecode(opened.image.data(), opened.image.size(), &config));
   WebPFreeDecBuffer(&config.output);
   return result == SUCCESS ? sink.Commit(header.height) : result;
@@ -241,13 +242,15 @@ int32_t Encode(const SaveRequest& request, RowSource& rows, bool alpha, WrittenI
     if (!import(&picture, pixels.data(), static_cast<int>(stride))) return ERROR_OUT_OF_MEMORY;
   }
   if (WebPEncode(&config, &picture)) return SUCCESS;
-  return picture.error_code == VP8_ENC_ERROR_OUT_OF_MEMORY || picture.error_code == VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY
+  return picture.error_code == VP8_ENC_ERROR_OUT_OF_MEMORY ||
+                 picture.error_code == VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY
              ? ERROR_OUT_OF_MEMORY
              : ERROR_LIMIT_EXCEEDED;
 }
 
 // Puts the metadata around the encoded image: an extended file where there is some.
-std::vector<uint8_t> Assemble(const SaveRequest& request, const RowSource& rows, bool alpha, std::vector<uint8_t> image) {
+std::vector<uint8_t> Assemble(const SaveRequest& request, const RowSource& rows, bool alpha,
+                              std::vector<uint8_t> image) {
   const Metadata& metadata = request.metadata;
   const bool profile = ProfileFits(metadata.profile, false);
   std::vector<uint8_t> exif;
@@ -293,7 +296,7 @@ constexpr Signature kSignatures[] = {{0, 4, "RIFF"}};
 
 }  // namespace
 
-const Codec kWebpCodec = {"WebP", kFormats, kSignatures, "webp", 0, ProbeWebp, WebpInfo,
-                          WebpLoad, WebpSave, nullptr, nullptr, nullptr};
+const Codec kWebpCodec = {"WebP",   kFormats, kSignatures, "webp",  0,       ProbeWebp,
+                          WebpInfo, WebpLoad, WebpSave,    nullptr, nullptr, nullptr};
 
 }  // namespace zvfile

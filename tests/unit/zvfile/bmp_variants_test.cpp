@@ -23,9 +23,20 @@ class Bytes {
 
 Bytes FileHeader(uint32_t pixelOffset) { return Bytes().Raw({'B', 'M'}).Le(0, 4).Le(0, 4).Le(pixelOffset, 4); }
 
-Bytes InfoHeader(uint32_t pixelOffset, int32_t width, int32_t height, uint32_t bits, uint32_t compression, uint32_t size = 40) {
-  return FileHeader(pixelOffset).Le(size, 4).Le(static_cast<uint32_t>(width), 4).Le(static_cast<uint32_t>(height), 4).Le(1, 2)
-      .Le(bits, 2).Le(compression, 4).Le(0, 4).Le(0, 4).Le(0, 4).Le(0, 4).Le(0, 4);
+Bytes InfoHeader(uint32_t pixelOffset, int32_t width, int32_t height, uint32_t bits, uint32_t compression,
+                 uint32_t size = 40) {
+  return FileHeader(pixelOffset)
+      .Le(size, 4)
+      .Le(static_cast<uint32_t>(width), 4)
+      .Le(static_cast<uint32_t>(height), 4)
+      .Le(1, 2)
+      .Le(bits, 2)
+      .Le(compression, 4)
+      .Le(0, 4)
+      .Le(0, 4)
+      .Le(0, 4)
+      .Le(0, 4)
+      .Le(0, 4);
 }
 
 class BmpVariants : public testing::Test {

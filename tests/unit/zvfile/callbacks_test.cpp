@@ -19,8 +19,8 @@ struct Trace {
   std::vector<uint8_t> content;  // of all rows
 };
 
-int32_t ZV_CALL OnLoadRows(FILEINFO* info, BITMAPHANDLE* bitmap, uint8_t* buffer, uint32_t, int32_t first, int32_t count,
-                           void* user) {
+int32_t ZV_CALL OnLoadRows(FILEINFO* info, BITMAPHANDLE* bitmap, uint8_t* buffer, uint32_t, int32_t first,
+                           int32_t count, void* user) {
   Trace& trace = *static_cast<Trace*>(user);
   if (trace.calls++ == trace.abortAt) return ERROR_USER_ABORT;
   trace.inOrder = trace.inOrder && first == trace.rows && count > 0 && first + count <= info->height;
@@ -35,13 +35,15 @@ int32_t ZV_CALL OnSaveRows(BITMAPHANDLE* bitmap, uint8_t* buffer, int32_t first,
   if (trace.calls++ == trace.abortAt) return ERROR_USER_ABORT;
   trace.inOrder = trace.inOrder && first == trace.rows && count > 0 && first + count <= bitmap->height;
   trace.rows += count;
-  for (int32_t i = 0; i < count; ++i) CopyBitmapRow(bitmap, buffer + i * bitmap->bytesPerLine, first + i, bitmap->bytesPerLine);
+  for (int32_t i = 0; i < count; ++i)
+    CopyBitmapRow(bitmap, buffer + i * bitmap->bytesPerLine, first + i, bitmap->bytesPerLine);
   return SUCCESS;
 }
 
-int32_t LoadTraced(const std::filesystem::path& path, Picture& picture, Trace& trace, uint32_t flags = 3, int32_t bits = 0) {
-  return LoadImageFile(Text(path).c_str(), &picture, sizeof(BITMAPHANDLE), bits, ORDER_BGR_OR_GRAY, flags, OnLoadRows, &trace,
-                       nullptr, nullptr);
+int32_t LoadTraced(const std::filesystem::path& path, Picture& picture, Trace& trace, uint32_t flags = 3,
+                   int32_t bits = 0) {
+  return LoadImageFile(Text(path).c_str(), &picture, sizeof(BITMAPHANDLE), bits, ORDER_BGR_OR_GRAY, flags, OnLoadRows,
+                       &trace, nullptr, nullptr);
 }
 
 void SaveInterlacedPng(const std::filesystem::path& path, const BITMAPHANDLE& picture) {
@@ -60,7 +62,8 @@ void SaveInterlacedPng(const std::filesystem::path& path, const BITMAPHANDLE& pi
   png_write_info(png, info);
   png_set_bgr(png);
   std::vector<png_bytep> rows;
-  for (int32_t y = 0; y < picture.height; ++y) rows.push_back(picture.data + static_cast<ptrdiff_t>(y) * picture.bytesPerLine);
+  for (int32_t y = 0; y < picture.height; ++y)
+    rows.push_back(picture.data + static_cast<ptrdiff_t>(y) * picture.bytesPerLine);
   png_write_image(png, rows.data());
   png_write_end(png, nullptr);
   png_destroy_write_struct(&png, &info);
@@ -156,12 +159,12 @@ TEST(LoadInto, AnOwnBitmapWorksWhenItFits) {
   ASSERT_EQ(Save(path, source, FMT_PNG, 24, 6), SUCCESS);
   Picture own = MakePicture(30, 20, 24), tooSmall = MakePicture(29, 20, 24);
   own->data[0] ^= 0xFF;
-  EXPECT_EQ(LoadImageFile(Text(path).c_str(), &own, sizeof(BITMAPHANDLE), 0, ORDER_BGR, LOADFILE_STORE, nullptr, nullptr,
-                          nullptr, nullptr),
+  EXPECT_EQ(LoadImageFile(Text(path).c_str(), &own, sizeof(BITMAPHANDLE), 0, ORDER_BGR, LOADFILE_STORE, nullptr,
+                          nullptr, nullptr, nullptr),
             SUCCESS);
   EXPECT_EQ(DifferentPixels(source.bitmap, own.bitmap), 0);
-  EXPECT_EQ(LoadImageFile(Text(path).c_str(), &tooSmall, sizeof(BITMAPHANDLE), 0, ORDER_BGR, LOADFILE_STORE, nullptr, nullptr,
-                          nullptr, nullptr),
+  EXPECT_EQ(LoadImageFile(Text(path).c_str(), &tooSmall, sizeof(BITMAPHANDLE), 0, ORDER_BGR, LOADFILE_STORE, nullptr,
+                          nullptr, nullptr, nullptr),
             ERROR_BAD_ARGUMENT);
   EXPECT_TRUE(tooSmall->flags & BITMAP_FLAG_ALLOCATED) << "the caller's pixels stay the caller's";
 }
@@ -176,7 +179,8 @@ TEST(SaveCallback, IsAskedForEachRowOnceFromTheTop) {
       source->viewPerspective = perspective;
       Trace trace;
       const auto path = folder.Path(u"a");
-      ASSERT_EQ(SaveFile(Text(path).c_str(), &source, format, 24, 2, 2, OnSaveRows, &trace, nullptr), SUCCESS) << format;
+      ASSERT_EQ(SaveFile(Text(path).c_str(), &source, format, 24, 2, 2, OnSaveRows, &trace, nullptr), SUCCESS)
+          << format;
       EXPECT_TRUE(trace.inOrder);
       EXPECT_EQ(trace.rows, 53) << format;
       Picture loaded;

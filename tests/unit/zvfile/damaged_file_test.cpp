@@ -82,11 +82,13 @@ TEST_P(Damaged, ChangedBytesNeverDoMoreThanFail) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, Damaged,
-                         testing::Values(Sample{"JPEG", FMT_JPEG_420, 24, 0, 2}, Sample{"progressive JPEG", FMT_JPEG, 24, -1, 2},
+                         testing::Values(Sample{"JPEG", FMT_JPEG_420, 24, 0, 2},
+                                         Sample{"progressive JPEG", FMT_JPEG, 24, -1, 2},
                                          Sample{"grey JPEG", FMT_JPEG, 8, 0, 20}, Sample{"PNG", FMT_PNG, 24, 0, 6},
                                          Sample{"PNG palette", FMT_PNG, 4, 0, 9}, Sample{"BMP", FMT_BMP, 24, 0, 0},
-                                         Sample{"BMP palette", FMT_BMP, 1, 0, 0}, Sample{"BMP RLE", FMT_BMP_RLE, 8, 0, 0},
-                                         Sample{"CMP", FMT_CMP, 24, 0, 2}, Sample{"WebP", FMT_WEBP, 24, 0, 20},
+                                         Sample{"BMP palette", FMT_BMP, 1, 0, 0},
+                                         Sample{"BMP RLE", FMT_BMP_RLE, 8, 0, 0}, Sample{"CMP", FMT_CMP, 24, 0, 2},
+                                         Sample{"WebP", FMT_WEBP, 24, 0, 20},
                                          Sample{"WebP lossless", FMT_WEBP, 24, 0, 2}, Sample{"JP2", FMT_JP2, 24, 0, 2},
                                          Sample{"J2K", FMT_J2K, 24, 0, 2}, Sample{"icon", FMT_ICO, 32, 0, 0},
                                          Sample{"PNG icon", FMT_ICO_PNG, 32, 0, 6}));

@@ -20,7 +20,9 @@ uint32_t Noise(uint32_t seed) {
 // 16-bit samples of a picture whose parts are smooth, edged and noisy.
 Color Scene(int32_t x, int32_t y, int32_t width, int32_t height) {
   const double u = (x + 0.5) / width, v = (y + 0.5) / height;
-  const auto level = [](double value) { return static_cast<uint16_t>(std::fmin(std::fmax(value, 0.0), 1.0) * 65535 + 0.5); };
+  const auto level = [](double value) {
+    return static_cast<uint16_t>(std::fmin(std::fmax(value, 0.0), 1.0) * 65535 + 0.5);
+  };
   const uint32_t noise = Noise(static_cast<uint32_t>(y * 7919 + x));
   const bool disc = (u - 0.5) * (u - 0.5) + (v - 0.5) * (v - 0.5) < 0.06;
   const double grain = ((noise & 255) / 255.0 - 0.5) * 0.04;
@@ -59,8 +61,9 @@ void PutColor(BITMAPHANDLE& bitmap, int32_t x, int32_t y, const Color& color) {
     const uint32_t levels = (1u << bits) - 1;
     SetIndex(row, x, bits, gray ? Narrow(color.green) : (color.red * levels + 32767u) / 65535u);
   } else if (bits == 16) {
-    const uint16_t word = gray ? color.green
-                               : static_cast<uint16_t>(((color.red >> 11) << 10) | ((color.green >> 11) << 5) | (color.blue >> 11));
+    const uint16_t word =
+        gray ? color.green
+             : static_cast<uint16_t>(((color.red >> 11) << 10) | ((color.green >> 11) << 5) | (color.blue >> 11));
     std::memcpy(row + x * 2, &word, 2);
   } else if (bits <= 32) {
     uint8_t* pixel = row + static_cast<ptrdiff_t>(x) * (bits / 8);
@@ -167,7 +170,8 @@ double Psnr(const BITMAPHANDLE& a, const BITMAPHANDLE& b) {
   for (int32_t y = 0; y < a.height; ++y) {
     for (int32_t x = 0; x < a.width; ++x) {
       const Color p = ColorAt(a, x, y), q = ColorAt(b, x, y);
-      for (const double difference : {p.red - q.red, p.green - q.green, p.blue - q.blue}) sum += difference * difference;
+      for (const double difference : {p.red - q.red, p.green - q.green, p.blue - q.blue})
+        sum += difference * difference;
     }
   }
   const double mean = sum / (3.0 * a.width * a.height);
@@ -179,8 +183,8 @@ int32_t Save(const std::filesystem::path& path, Picture& picture, int32_t format
   return SaveBitmapToFile(Text(path).c_str(), &picture, format, bits, quality, option);
 }
 
-int32_t Load(const std::filesystem::path& path, Picture& picture, int32_t bits, int32_t order, const LOADFILEOPTION* option,
-             FILEINFO* info) {
+int32_t Load(const std::filesystem::path& path, Picture& picture, int32_t bits, int32_t order,
+             const LOADFILEOPTION* option, FILEINFO* info) {
   return LoadBitmapFile(Text(path).c_str(), &picture, sizeof(BITMAPHANDLE), bits, order, option, info);
 }
 

@@ -50,7 +50,8 @@ TEST(JpegInks, MixToTheSameColorInEveryEncoding) {
   const uint8_t inks[4] = {200, 60, 0, 40};
   // R = (255 - C) (255 - K) / 255 and so on.
   const int32_t expected[3] = {55 * 215 / 255, 195 * 215 / 255, 215};
-  for (const auto& [space, adobe] : {std::pair{JCS_CMYK, false}, std::pair{JCS_CMYK, true}, std::pair{JCS_YCCK, true}}) {
+  for (const auto& [space, adobe] :
+       {std::pair{JCS_CMYK, false}, std::pair{JCS_CMYK, true}, std::pair{JCS_YCCK, true}}) {
     WriteBytes(path, MakeInks(inks, space, adobe));
     Picture loaded;
     ASSERT_EQ(Load(path, loaded), SUCCESS);
@@ -75,8 +76,8 @@ Stream Inspect(const std::vector<uint8_t>& file) {
   jpeg_create_decompress(&info);
   jpeg_mem_src(&info, file.data(), static_cast<unsigned long>(file.size()));
   jpeg_read_header(&info, TRUE);
-  const Stream stream = {info.comp_info[0].h_samp_factor, info.comp_info[0].v_samp_factor, info.progressive_mode != FALSE,
-                         info.quant_tbl_ptrs[0]->quantval[0]};
+  const Stream stream = {info.comp_info[0].h_samp_factor, info.comp_info[0].v_samp_factor,
+                         info.progressive_mode != FALSE, info.quant_tbl_ptrs[0]->quantval[0]};
   jpeg_destroy_decompress(&info);
   return stream;
 }
@@ -85,7 +86,8 @@ TEST(JpegFormat, DecidesTheSubSampling) {
   TestFolder folder;
   const auto path = folder.Path(u"a.jpg");
   Picture source = MakePicture(64, 64, 24);
-  for (const auto& [format, horizontal, vertical] : {std::tuple{FMT_JPEG, 1, 1}, std::tuple{FMT_JPEG_422, 2, 1}, std::tuple{FMT_JPEG_420, 2, 2}}) {
+  for (const auto& [format, horizontal, vertical] :
+       {std::tuple{FMT_JPEG, 1, 1}, std::tuple{FMT_JPEG_422, 2, 1}, std::tuple{FMT_JPEG_420, 2, 2}}) {
     ASSERT_EQ(Save(path, source, format, 24, 20), SUCCESS);
     const Stream stream = Inspect(ReadBytes(path));
     EXPECT_EQ(stream.horizontal, horizontal);

@@ -33,8 +33,8 @@ TEST(Comments, OfAllKindsSurviveInPng) {
   TestFolder folder;
   const auto path = folder.Path(u"a.png");
   Picture source = MakePicture(20, 20, 24), loaded;
-  const int32_t kinds[] = {COMMENT_DESCRIPTION, COMMENT_AUTHOR, COMMENT_SOFTWARE, COMMENT_COPYRIGHT, COMMENT_DATE, COMMENT_TITLE,
-                           COMMENT_COMMENT, COMMENT_SOURCE, COMMENT_DISCLAIMER, COMMENT_WARNING};
+  const int32_t kinds[] = {COMMENT_DESCRIPTION, COMMENT_AUTHOR,  COMMENT_SOFTWARE, COMMENT_COPYRIGHT,  COMMENT_DATE,
+                           COMMENT_TITLE,       COMMENT_COMMENT, COMMENT_SOURCE,   COMMENT_DISCLAIMER, COMMENT_WARNING};
   for (const int32_t kind : kinds) SetComment(source, kind, "text " + std::to_string(kind));
   ASSERT_EQ(Save(path, source, FMT_PNG, 24, 6), SUCCESS);
   for (const int32_t kind : kinds) EXPECT_EQ(Comment(path, kind), "text " + std::to_string(kind));
@@ -99,11 +99,10 @@ TEST(Comments, AreCutToTheBufferAndTellTheirWholeLength) {
 
 // An Exif block with a camera's make, a maker note at a fixed offset and orientation 6, big-endian.
 std::vector<uint8_t> CameraExif() {
-  std::vector<uint8_t> block = {'M', 'M', 0, 42, 0, 0, 0, 8, 0, 3,
-                                0x01, 0x0F, 0, 2, 0, 0, 0, 8, 0, 0, 0, 50,   // make
-                                0x01, 0x12, 0, 3, 0, 0, 0, 1, 0, 6, 0, 0,    // orientation
-                                0x92, 0x7C, 0, 7, 0, 0, 0, 4, 'n', 'o', 't', 'e',
-                                0, 0, 0, 0};
+  std::vector<uint8_t> block = {'M',  'M',  0, 42, 0, 0,  0, 8, 0,   3,   0x01, 0x0F, 0, 2, 0, 0,
+                                0,    8,    0, 0,  0, 50,                           // make
+                                0x01, 0x12, 0, 3,  0, 0,  0, 1, 0,   6,   0,    0,  // orientation
+                                0x92, 0x7C, 0, 7,  0, 0,  0, 4, 'n', 'o', 't',  'e',  0, 0, 0, 0};
   for (const char letter : {'C', 'a', 'm', 'e', 'r', 'a', '1', '\0'}) block.push_back(static_cast<uint8_t>(letter));
   return block;
 }
@@ -123,7 +122,8 @@ TEST(Exif, IsKeptWithOrientationResetAndNothingMoved) {
     EXPECT_EQ(Comment(path, COMMENT_MAKE), "Camera1");
     const std::vector<uint8_t> kept = Block(loaded, METADATA_EXIF);
     ASSERT_GT(kept.size(), exif.size());
-    EXPECT_TRUE(std::equal(exif.begin() + 8, exif.end(), kept.begin() + 8)) << "old bytes stay where maker notes expect them";
+    EXPECT_TRUE(std::equal(exif.begin() + 8, exif.end(), kept.begin() + 8))
+        << "old bytes stay where maker notes expect them";
   }
 }
 

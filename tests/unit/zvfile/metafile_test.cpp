@@ -76,14 +76,14 @@ std::vector<uint8_t> MakeWmf() {
     }
   };
   words({0xCDD7, 0x9AC6, 0, 0, 0, 2000, 1000, 1000, 0, 0, 0});
-  words({1, 9, 0x0300, 43, 0, 2, 8, 0, 0});       // header
-  words({5, 0, 0x020B, 0, 0});                     // window origin
-  words({5, 0, 0x020C, 1000, 2000});               // window extent
-  words({7, 0, 0x02FC, 0, 0x00FF, 0, 0});          // solid red brush
-  words({4, 0, 0x012D, 0});                        // selected
-  words({8, 0, 0x02FA, 5, 0, 0, 0, 0});            // pen without a line
+  words({1, 9, 0x0300, 43, 0, 2, 8, 0, 0});  // header
+  words({5, 0, 0x020B, 0, 0});               // window origin
+  words({5, 0, 0x020C, 1000, 2000});         // window extent
+  words({7, 0, 0x02FC, 0, 0x00FF, 0, 0});    // solid red brush
+  words({4, 0, 0x012D, 0});                  // selected
+  words({8, 0, 0x02FA, 5, 0, 0, 0, 0});      // pen without a line
   words({4, 0, 0x012D, 1});
-  words({7, 0, 0x041B, 1000, 1000, 0, 0});         // rectangle: bottom, right, top, left
+  words({7, 0, 0x041B, 1000, 1000, 0, 0});  // rectangle: bottom, right, top, left
   words({3, 0, 0});
   return bytes;
 }

@@ -70,7 +70,8 @@ std::vector<uint8_t> MakePng(const Variant& variant) {
   png_infop info = png_create_info_struct(png);
   png_set_write_fn(png, &bytes, Append, nullptr);
   png_set_IHDR(png, info, kWidth, kHeight, variant.depth, variant.type,
-               variant.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+               variant.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+               PNG_FILTER_TYPE_DEFAULT);
   if (variant.type == PNG_COLOR_TYPE_PALETTE) {
     std::vector<png_color> palette;
     std::vector<png_byte> alphas;
@@ -100,7 +101,9 @@ std::vector<uint8_t> MakePng(const Variant& variant) {
 }
 
 Color ExpectedAt(int32_t x, int32_t y, const Variant& variant) {
-  const auto full = [&](uint32_t sample) { return static_cast<uint16_t>(sample * 65535u / ((1u << variant.depth) - 1)); };
+  const auto full = [&](uint32_t sample) {
+    return static_cast<uint16_t>(sample * 65535u / ((1u << variant.depth) - 1));
+  };
   uint32_t s[4];
   for (int c = 0; c < 4; ++c) s[c] = Sample(x, y, c, variant.depth);
   const auto keyed = [&](int channels) {
@@ -112,7 +115,8 @@ Color ExpectedAt(int32_t x, int32_t y, const Variant& variant) {
     case PNG_COLOR_TYPE_PALETTE: {
       const png_color color = PaletteColor(s[0]);
       const auto wide = [](uint32_t value) { return static_cast<uint16_t>(value * 257); };
-      return {wide(color.red), wide(color.green), wide(color.blue), variant.transparent ? wide(PaletteAlpha(s[0])) : uint16_t{65535}};
+      return {wide(color.red), wide(color.green), wide(color.blue),
+              variant.transparent ? wide(PaletteAlpha(s[0])) : uint16_t{65535}};
     }
     case PNG_COLOR_TYPE_GRAY: return {full(s[0]), full(s[0]), full(s[0]), keyed(1)};
     case PNG_COLOR_TYPE_GRAY_ALPHA: return {full(s[0]), full(s[0]), full(s[0]), full(s[1])};
@@ -157,10 +161,12 @@ TEST_P(PngVariants, AreReadSampleBySample) {
 using Kind = std::pair<int, int>;
 INSTANTIATE_TEST_SUITE_P(
     Opaque, PngVariants,
-    testing::Combine(testing::Values(Kind{PNG_COLOR_TYPE_GRAY, 1}, Kind{PNG_COLOR_TYPE_GRAY, 2}, Kind{PNG_COLOR_TYPE_GRAY, 4},
-                                     Kind{PNG_COLOR_TYPE_GRAY, 8}, Kind{PNG_COLOR_TYPE_GRAY, 16}, Kind{PNG_COLOR_TYPE_PALETTE, 1},
-                                     Kind{PNG_COLOR_TYPE_PALETTE, 2}, Kind{PNG_COLOR_TYPE_PALETTE, 4}, Kind{PNG_COLOR_TYPE_PALETTE, 8},
-                                     Kind{PNG_COLOR_TYPE_RGB, 8}, Kind{PNG_COLOR_TYPE_RGB, 16}),
+    testing::Combine(testing::Values(Kind{PNG_COLOR_TYPE_GRAY, 1}, Kind{PNG_COLOR_TYPE_GRAY, 2},
+                                     Kind{PNG_COLOR_TYPE_GRAY, 4}, Kind{PNG_COLOR_TYPE_GRAY, 8},
+                                     Kind{PNG_COLOR_TYPE_GRAY, 16}, Kind{PNG_COLOR_TYPE_PALETTE, 1},
+                                     Kind{PNG_COLOR_TYPE_PALETTE, 2}, Kind{PNG_COLOR_TYPE_PALETTE, 4},
+                                     Kind{PNG_COLOR_TYPE_PALETTE, 8}, Kind{PNG_COLOR_TYPE_RGB, 8},
+                                     Kind{PNG_COLOR_TYPE_RGB, 16}),
                      testing::Bool(), testing::Bool()));
 // Files with alpha cannot have a transparent colour as well.
 INSTANTIATE_TEST_SUITE_P(

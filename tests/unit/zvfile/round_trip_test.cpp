@@ -12,9 +12,9 @@ struct Case {
   const char* name;
   int32_t format;
   int32_t bits;
-  int32_t order;   // of the source picture
+  int32_t order;  // of the source picture
   bool alpha;
-  double psnr;     // least; 100 means equal
+  double psnr;  // least; 100 means equal
   int32_t loadedBits;
   int32_t quality;
 };
@@ -52,43 +52,59 @@ TEST_P(RoundTrip, KeepsDepthAndPixels) {
 
 constexpr int32_t kBgr = ORDER_BGR, kGray = ORDER_GRAY;
 
-INSTANTIATE_TEST_SUITE_P(
-    Png, RoundTrip,
-    testing::Values(Case{"PNG", FMT_PNG, 1, kBgr, false, 100, 1, 6}, Case{"PNG", FMT_PNG, 4, kBgr, false, 100, 4, 6},
-                    Case{"PNG", FMT_PNG, 8, kBgr, false, 100, 8, 6}, Case{"PNG grey", FMT_PNG, 8, kGray, false, 100, 8, 9},
-                    Case{"PNG grey", FMT_PNG, 16, kGray, false, 100, 16, 6},
-                    Case{"PNG", FMT_PNG, 24, kBgr, false, 100, 24, 6}, Case{"PNG", FMT_PNG, 24, ORDER_RGB, false, 100, 24, 0},
-                    Case{"PNG alpha", FMT_PNG, 32, kBgr, true, 100, 32, 1}, Case{"PNG", FMT_PNG, 32, kBgr, false, 100, 32, 6},
-                    Case{"PNG", FMT_PNG, 48, kBgr, false, 100, 48, 6}, Case{"PNG alpha", FMT_PNG, 64, kBgr, true, 100, 64, 6}));
+INSTANTIATE_TEST_SUITE_P(Png, RoundTrip,
+                         testing::Values(Case{"PNG", FMT_PNG, 1, kBgr, false, 100, 1, 6},
+                                         Case{"PNG", FMT_PNG, 4, kBgr, false, 100, 4, 6},
+                                         Case{"PNG", FMT_PNG, 8, kBgr, false, 100, 8, 6},
+                                         Case{"PNG grey", FMT_PNG, 8, kGray, false, 100, 8, 9},
+                                         Case{"PNG grey", FMT_PNG, 16, kGray, false, 100, 16, 6},
+                                         Case{"PNG", FMT_PNG, 24, kBgr, false, 100, 24, 6},
+                                         Case{"PNG", FMT_PNG, 24, ORDER_RGB, false, 100, 24, 0},
+                                         Case{"PNG alpha", FMT_PNG, 32, kBgr, true, 100, 32, 1},
+                                         Case{"PNG", FMT_PNG, 32, kBgr, false, 100, 32, 6},
+                                         Case{"PNG", FMT_PNG, 48, kBgr, false, 100, 48, 6},
+                                         Case{"PNG alpha", FMT_PNG, 64, kBgr, true, 100, 64, 6}));
 
 INSTANTIATE_TEST_SUITE_P(Bmp, RoundTrip,
-                         testing::Values(Case{"BMP", FMT_BMP, 1, kBgr, false, 100, 1, 0}, Case{"BMP", FMT_BMP, 4, kBgr, false, 100, 4, 0},
-                                         Case{"BMP", FMT_BMP, 8, kBgr, false, 100, 8, 0}, Case{"BMP grey", FMT_BMP, 8, kGray, false, 100, 8, 0},
-                                         Case{"BMP", FMT_BMP, 16, kBgr, false, 100, 16, 0}, Case{"BMP", FMT_BMP, 24, kBgr, false, 100, 24, 0},
-                                         Case{"BMP", FMT_BMP, 32, kBgr, false, 100, 32, 0}, Case{"BMP alpha", FMT_BMP, 32, kBgr, true, 100, 32, 0},
-                                         Case{"RLE", FMT_BMP_RLE, 4, kBgr, false, 100, 4, 0}, Case{"RLE", FMT_BMP_RLE, 8, kBgr, false, 100, 8, 0}));
+                         testing::Values(Case{"BMP", FMT_BMP, 1, kBgr, false, 100, 1, 0},
+                                         Case{"BMP", FMT_BMP, 4, kBgr, false, 100, 4, 0},
+                                         Case{"BMP", FMT_BMP, 8, kBgr, false, 100, 8, 0},
+                                         Case{"BMP grey", FMT_BMP, 8, kGray, false, 100, 8, 0},
+                                         Case{"BMP", FMT_BMP, 16, kBgr, false, 100, 16, 0},
+                                         Case{"BMP", FMT_BMP, 24, kBgr, false, 100, 24, 0},
+                                         Case{"BMP", FMT_BMP, 32, kBgr, false, 100, 32, 0},
+                                         Case{"BMP alpha", FMT_BMP, 32, kBgr, true, 100, 32, 0},
+                                         Case{"RLE", FMT_BMP_RLE, 4, kBgr, false, 100, 4, 0},
+                                         Case{"RLE", FMT_BMP_RLE, 8, kBgr, false, 100, 8, 0}));
 
 INSTANTIATE_TEST_SUITE_P(Jpeg, RoundTrip,
-                         testing::Values(Case{"grey", FMT_JPEG, 8, kGray, false, 45, 8, 2}, Case{"4:4:4", FMT_JPEG, 24, kBgr, false, 40, 24, 2},
-                                         Case{"4:2:2", FMT_JPEG_422, 24, kBgr, false, 33, 24, 2}, Case{"4:2:0", FMT_JPEG_420, 24, kBgr, false, 30, 24, 2},
+                         testing::Values(Case{"grey", FMT_JPEG, 8, kGray, false, 45, 8, 2},
+                                         Case{"4:4:4", FMT_JPEG, 24, kBgr, false, 40, 24, 2},
+                                         Case{"4:2:2", FMT_JPEG_422, 24, kBgr, false, 33, 24, 2},
+                                         Case{"4:2:0", FMT_JPEG_420, 24, kBgr, false, 30, 24, 2},
                                          Case{"Exif 4:2:2", FMT_EXIF_JPEG_422, 24, kBgr, false, 33, 24, 2},
                                          Case{"Exif 4:2:0", FMT_EXIF_JPEG_420, 24, kBgr, false, 30, 24, 2}));
 
 INSTANTIATE_TEST_SUITE_P(Cmp, RoundTrip,
-                         testing::Values(Case{"CMP grey", FMT_CMP, 8, kGray, false, 45, 8, 2}, Case{"CMP", FMT_CMP, 24, kBgr, false, 40, 24, 2},
+                         testing::Values(Case{"CMP grey", FMT_CMP, 8, kGray, false, 45, 8, 2},
+                                         Case{"CMP", FMT_CMP, 24, kBgr, false, 40, 24, 2},
                                          Case{"CMP best level", FMT_CMP, 24, kBgr, false, 38, 24, -1},
                                          Case{"CMP smallest level", FMT_CMP, 24, kBgr, false, 20, 24, -9}));
 
 INSTANTIATE_TEST_SUITE_P(Webp, RoundTrip,
-                         testing::Values(Case{"lossless", FMT_WEBP, 24, kBgr, false, 100, 24, 2}, Case{"lossless", FMT_WEBP, 32, kBgr, true, 100, 32, 2},
+                         testing::Values(Case{"lossless", FMT_WEBP, 24, kBgr, false, 100, 24, 2},
+                                         Case{"lossless", FMT_WEBP, 32, kBgr, true, 100, 32, 2},
                                          Case{"lossy", FMT_WEBP, 24, kBgr, false, 28, 24, 20}));
 
 INSTANTIATE_TEST_SUITE_P(J2k, RoundTrip,
-                         testing::Values(Case{"JP2", FMT_JP2, 24, kBgr, false, 40, 24, 2}, Case{"JP2 grey", FMT_JP2, 8, kGray, false, 40, 8, 2},
-                                         Case{"J2K", FMT_J2K, 24, kBgr, false, 40, 24, 2}, Case{"JP2 alpha", FMT_JP2, 32, kBgr, true, 35, 32, 2}));
+                         testing::Values(Case{"JP2", FMT_JP2, 24, kBgr, false, 40, 24, 2},
+                                         Case{"JP2 grey", FMT_JP2, 8, kGray, false, 40, 8, 2},
+                                         Case{"J2K", FMT_J2K, 24, kBgr, false, 40, 24, 2},
+                                         Case{"JP2 alpha", FMT_JP2, 32, kBgr, true, 35, 32, 2}));
 
 INSTANTIATE_TEST_SUITE_P(Icon, RoundTrip,
-                         testing::Values(Case{"icon", FMT_ICO, 32, kBgr, true, 100, 32, 0}, Case{"PNG icon", FMT_ICO_PNG, 32, kBgr, true, 100, 32, 6}));
+                         testing::Values(Case{"icon", FMT_ICO, 32, kBgr, true, 100, 32, 0},
+                                         Case{"PNG icon", FMT_ICO_PNG, 32, kBgr, true, 100, 32, 6}));
 
 TEST(Jpeg2000, IsLosslessWhenTheOptionsSaySo) {
   TestFolder folder;
@@ -283,8 +299,8 @@ TEST(LargePng, IsStreamedWhenItDoesNotFitTheBudget) {
   TestFolder folder;
   // 5000 x 5000 x 24 bits is beyond the 64 MB that are compressed in one go.
   Picture source;
-  ASSERT_EQ(CreateBitmap(&source, sizeof(BITMAPHANDLE), MEMORY_CONVENTIONAL, 5000, 5000, 24, ORDER_BGR, nullptr, VIEW_TOP_LEFT,
-                         nullptr, 0),
+  ASSERT_EQ(CreateBitmap(&source, sizeof(BITMAPHANDLE), MEMORY_CONVENTIONAL, 5000, 5000, 24, ORDER_BGR, nullptr,
+                         VIEW_TOP_LEFT, nullptr, 0),
             SUCCESS);
   for (int32_t y = 0; y < 5000; y += 7) {
     std::vector<uint8_t> row(15000, static_cast<uint8_t>(y));

@@ -26,7 +26,8 @@ TEST(Save, OntoAReadOnlyFileFailsAndKeepsIt) {
   TestFolder folder;
   const auto path = folder.Path(u"a.png");
   WriteBytes(path, {'o', 'l', 'd'});
-  fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove);
+  fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                  fs::perm_options::remove);
   Picture source = MakePicture(30, 30, 24);
   for (const int32_t format : kFormats) EXPECT_EQ(Save(path, source, format), ERROR_FILE_WRITE);
   EXPECT_EQ(folder.FileCount(), 1u);
@@ -60,9 +61,15 @@ TEST(Save, OverTheFileThatWasLoadedWorks) {
 TEST(Names, OfAnyScriptAndShapeWork) {
   TestFolder folder;
   Picture source = MakePicture(16, 16, 24);
-  const std::u16string names[] = {u"with spaces and (brackets).png", u"several.dots.in.a.name.png", u"noextension",
-                                  u"\u65E5\u672C\u8A9E\u306E\u5199\u771F.png", u"\u0628\u0637\u0627\u0642\u0629.png",
-                                  u"\U0001F4F7\U0001F308.png", u"e\u0301a\u0308.png", u"UPPER.PNG", u"a%20b#c&d.png"};
+  const std::u16string names[] = {u"with spaces and (brackets).png",
+                                  u"several.dots.in.a.name.png",
+                                  u"noextension",
+                                  u"\u65E5\u672C\u8A9E\u306E\u5199\u771F.png",
+                                  u"\u0628\u0637\u0627\u0642\u0629.png",
+                                  u"\U0001F4F7\U0001F308.png",
+                                  u"e\u0301a\u0308.png",
+                                  u"UPPER.PNG",
+                                  u"a%20b#c&d.png"};
   for (const std::u16string& name : names) {
     const auto path = folder.Path(name);
     Picture loaded;

@@ -52,7 +52,8 @@ TEST_P(Perspective, IsAppliedToWhatIsSaved) {
   Picture source = MakePicture(43, 37, bits, ORDER_BGR, bits == 64);
   source->viewPerspective = perspective;
   const auto path = folder.Path(u"turned.png");
-  const int32_t saved = callback ? SaveFile(Text(path).c_str(), &source, FMT_PNG, 0, 6, SAVEFILE_ROWS_FROM_CALLBACK, RowsOf, nullptr, nullptr)
+  const int32_t saved = callback ? SaveFile(Text(path).c_str(), &source, FMT_PNG, 0, 6, SAVEFILE_ROWS_FROM_CALLBACK,
+                                            RowsOf, nullptr, nullptr)
                                  : Save(path, source, FMT_PNG, 0, 6);
   ASSERT_EQ(saved, SUCCESS);
   Picture loaded;
@@ -63,14 +64,16 @@ TEST_P(Perspective, IsAppliedToWhatIsSaved) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Perspective,
-                         testing::Combine(testing::Range(1, 9), testing::Values(1, 4, 8, 24, 32, 48, 64), testing::Bool()));
+                         testing::Combine(testing::Range(1, 9), testing::Values(1, 4, 8, 24, 32, 48, 64),
+                                          testing::Bool()));
 
 // A JPEG file with an Exif segment of the given orientation put behind its start marker.
 void SaveWithOrientation(const std::filesystem::path& path, Picture& picture, uint8_t orientation) {
   ASSERT_EQ(Save(path, picture, FMT_JPEG), SUCCESS);
   std::vector<uint8_t> bytes = ReadBytes(path);
-  const std::vector<uint8_t> segment = {0xFF, 0xE1, 0, 34, 'E', 'x', 'i', 'f', 0, 0,    'M', 'M', 0, 42, 0, 0, 0, 8,
-                                        0,    1,    1, 0x12, 0, 3,  0,   0,   0, 1, 0, orientation, 0, 0, 0, 0, 0, 0};
+  const std::vector<uint8_t> segment = {0xFF, 0xE1, 0, 34, 'E', 'x',         'i', 'f', 0, 0,    'M', 'M',
+                                        0,    42,   0, 0,  0,   8,           0,   1,   1, 0x12, 0,   3,
+                                        0,    0,    0, 1,  0,   orientation, 0,   0,   0, 0,    0,   0};
   bytes.insert(bytes.begin() + 2, segment.begin(), segment.end());
   WriteBytes(path, bytes);
 }
