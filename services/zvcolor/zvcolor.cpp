@@ -76,9 +76,9 @@ int32_t Checked(const ICCPROFILEDATA* profile, ByteView& bytes) {
   return zvcolor::CheckProfile(bytes);
 }
 
-// A file to be written beside the destination, in whose place it comes at the end.
+// A file to be written beside the destination, in whose place it comes at the end. An empty path would be noticed only then.
 int32_t CreateReplacement(const wchar_t* path, std::unique_ptr<zvfile::AtomicFile>& file) {
-  return zvfile::AtomicFile::Create(path, file) == SUCCESS ? SUCCESS : ERROR_FILE_OPEN;
+  return *path && zvfile::AtomicFile::Create(path, file) == SUCCESS ? SUCCESS : ERROR_FILE_OPEN;
 }
 
 int32_t ReadImage(const wchar_t* path, int32_t page, Bytes& bytes) {

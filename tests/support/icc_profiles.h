@@ -1,0 +1,82 @@
+// ICC profiles for tests, made by the colour library's own writer, and the small things that tests of files need: whole files
+// as bytes, and pictures as pixels.
+#pragma once
+
+#define CMS_NO_REGISTER_KEYWORD 1
+#include <lcms2.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "services/zvfile/zvfile.h"
+
+namespace zvtest {
+
+using FileBytes = std::vector<uint8_t>;
+
+struct ProfileKind {
+  double version = 4.3;
+  uint32_t ballast = 0;  // bytes of a private tag, so that the profile has any size
+  bool hasChecksum = false;
+  uint8_t filling = 7;  // of the ballast: tells profiles apart
+};
+
+// Takes the profile over.
+inline FileBytes FinishProfile(cmsHPROFILE profile, const ProfileKind& kind) {
+  cmsSetProfileVersion(profile, kind.version);
+  if (kind.ballast) {
+    // Type, reserved bytes and noise that does not compress.
+    FileBytes data(8 + kind.ballast);
+    uint32_t state = kind.filling;
+    for (uint8_t& byte : data) byte = static_cast<uint8_t>((state = state * 1664525 + 1013904223) >> 24);
+    cmsWriteRawTag(profile, static_cast<cmsTagSignature>(0x7A767462), data.data(),
+                   static_cast<cmsUInt32Number>(data.size()));
+  }
+  if (kind.hasChecksum) cmsMD5computeID(profile);
+  cmsUInt32Number size = 0;
+  cmsSaveProfileToMem(profile, nullptr, &size);
+  FileBytes bytes(size);
+  cmsSaveProfileToMem(profile, bytes.data(), &size);
+  cmsCloseProfile(profile);
+  return bytes;
+}
+
+inline FileBytes RgbProfile(const ProfileKind& kind = {}) { return FinishProfile(cmsCreate_sRGBProfile(), kind); }
+
+inline FileBytes GrayProfile(const ProfileKind& kind = {}) {
+  cmsToneCurve* curve = cmsBuildGamma(nullptr, 2.2);
+  const cmsHPROFILE profile = cmsCreateGrayProfile(cmsD50_xyY(), curve);
+  cmsFreeToneCurve(curve);
+  return FinishProfile(profile, kind);
+}
+
+inline FileBytes LabProfile(const ProfileKind& kind = {}) { return FinishProfile(cmsCreateLab4Profile(nullptr), kind); }
+
+inline FileBytes ReadWholeFile(const std::wstring& path) {
+  FileBytes bytes;
+  if (FILE* file = _wfopen(path.c_str(), L"rb")) {
+    uint8_t buffer[65536];
+    for (size_t got; (got = std::fread(buffer, 1, sizeof(buffer), file)) > 0;)
+      bytes.insert(bytes.end(), buffer, buffer + got);
+    std::fclose(file);
+  }
+  return bytes;
+}
+
+// All rows of a page as loaded, or nothing when it cannot be.
+inline FileBytes PixelsOf(const std::wstring& path, int page = 1) {
+  LOADFILEOPTION option = {};
+  GetDefaultLoadFileOption(&option, sizeof(option));
+  option.pageNumber = page;
+  BITMAPHANDLE bitmap = {};
+  FileBytes pixels;
+  if (LoadBitmapFile(path.c_str(), &bitmap, sizeof(bitmap), 0, ORDER_BGR, &option, nullptr) == SUCCESS) {
+    pixels.assign(bitmap.data, bitmap.data + bitmap.dataSize);
+    FreeBitmap(&bitmap);
+  }
+  return pixels;
+}
+
+}  // namespace zvtest
