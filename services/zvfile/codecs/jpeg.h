@@ -28,6 +28,8 @@ struct JpegSaveSettings {
 };
 // Writes a stream at the sink's position. Rows are grey or 24-bit. ERROR_LIMIT_EXCEEDED above 65500 a side.
 int32_t SaveJpegStream(ByteSink& sink, const JpegSaveSettings& settings, RowSource& rows);
+// The codec's own save.
+int32_t JpegSave(ByteSink& sink, const SaveRequest& request, RowSource& rows);
 // A small picture, 24 bits BGR or 8 bits grey, as a JPEG stream; empty when it cannot be had.
 std::vector<uint8_t> EncodeStamp(const BITMAPHANDLE& stamp);
 
