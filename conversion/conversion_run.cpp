@@ -55,8 +55,8 @@ int32_t CZVConversionRun::ConvertQueueItem(int fileRow, int formatRow, CArray<LO
 }
 
 // The last page alone decides about the source.
-int32_t CZVConversionRun::ConvertSelectedPages(const CString& source, const CONVERSIONFILEOPTIONS& options, int formatRow,
-                                               CArray<LOGREPORTITEM>& log) {
+int32_t CZVConversionRun::ConvertSelectedPages(const CString& source, const CONVERSIONFILEOPTIONS& options,
+                                               int formatRow, CArray<LOGREPORTITEM>& log) {
   int32_t outcome = KEEP_SOURCE;
   for (int32_t i = 0; i < options.pageCount; ++i) {
     LOGREPORTITEM line;
@@ -152,8 +152,8 @@ int32_t CZVConversionRun::ConvertToFreePath(const CString& source, const LOADFIL
   return settings_.deleteSource && mayDeleteSource ? DELETE_SOURCE : KEEP_SOURCE;
 }
 
-int32_t CZVConversionRun::ConvertFile(const CString& source, const CString& destination, const LOADFILEOPTION& loadOption,
-                                      int formatRow) {
+int32_t CZVConversionRun::ConvertFile(const CString& source, const CString& destination,
+                                      const LOADFILEOPTION& loadOption, int formatRow) {
   BITMAPHANDLE bitmap = {};
   bitmap.uStructSize = sizeof bitmap;
   const CONVERSIONFORMATITEM* const format = host_.GetFormatItem(formatRow);

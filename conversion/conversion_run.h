@@ -58,7 +58,8 @@ class CZVConversionRun {
   int32_t ConvertPage(const CString& source, const LOADFILEOPTION& loadOption, CString& destination, int formatRow,
                       LOGREPORTITEM& line);
   // Load, transforms, save. SUCCESS, or the code of the service that failed.
-  int32_t ConvertFile(const CString& source, const CString& destination, const LOADFILEOPTION& loadOption, int formatRow);
+  int32_t ConvertFile(const CString& source, const CString& destination, const LOADFILEOPTION& loadOption,
+                      int formatRow);
   // Empty when no destination can be formed.
   CString BuildDestinationPath(const CString& source, int formatRow);
 
@@ -79,8 +80,8 @@ class CZVConversionRun {
 
   int32_t OnRowsLoaded(const FILEINFO& info, int32_t rowCount);
   int32_t OnRowsWanted(BITMAPHANDLE& bitmap, uint8_t* buffer, int32_t firstRow, int32_t rowCount);
-  static int32_t ZV_CALL LoadRows(FILEINFO* info, BITMAPHANDLE* bitmap, uint8_t* buffer, uint32_t flags, int32_t firstRow,
-                                  int32_t rowCount, void* userData);
+  static int32_t ZV_CALL LoadRows(FILEINFO* info, BITMAPHANDLE* bitmap, uint8_t* buffer, uint32_t flags,
+                                  int32_t firstRow, int32_t rowCount, void* userData);
   static int32_t ZV_CALL SaveRows(BITMAPHANDLE* bitmap, uint8_t* buffer, int32_t firstRow, int32_t rowCount,
                                   void* userData);
 

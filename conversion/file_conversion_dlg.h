@@ -63,6 +63,7 @@ class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
   void ApplyUiFlags();
   void HidePreview();
   void HidePagesColumn();
+  void FitFileColumn();
   BOOL RefuseToStart();
 
   // File list (file_conversion_dlg_files.cpp).

@@ -148,6 +148,7 @@ void CZVFileConversionDlg::OnFilesAdded() {
   if (fileList_.GetItemCount() == 0) {
     return;
   }
+  FitFileColumn();
   changingList_ = true;
   fileList_.SelectItem(0);
   changingList_ = false;

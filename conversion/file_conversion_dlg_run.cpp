@@ -82,7 +82,9 @@ bool CZVFileConversionDlg::GetSourceOptions(int fileRow, CONVERSIONFILEOPTIONS& 
   return fileList_.GetItemOptions(fileRow, options);
 }
 
-const CONVERSIONFORMATITEM* CZVFileConversionDlg::GetFormatItem(int formatRow) { return formatList_.GetItem(formatRow); }
+const CONVERSIONFORMATITEM* CZVFileConversionDlg::GetFormatItem(int formatRow) {
+  return formatList_.GetItem(formatRow);
+}
 
 CString CZVFileConversionDlg::GetDestinationFolder() {
   const CString folder = GetControlText(IDE_CONV_FOLDER);

@@ -146,10 +146,11 @@ void CZVFileConversionDlg::ApplyUiFlags() {
   if (!(uiFlags_ & CONVDLG_SHOW_PAGE_OPTIONS)) {
     HidePagesColumn();
   }
+  FitFileColumn();
 }
 
 void CZVFileConversionDlg::HidePreview() {
-  constexpr int kPreviewControls[] = {IDV_CONV_PREVIEW,    IDT_CONV_PREVIEW,  IDE_CONV_PAGE, IDB_CONV_PAGE_BACK,
+  constexpr int kPreviewControls[] = {IDV_CONV_PREVIEW,      IDT_CONV_PREVIEW, IDE_CONV_PAGE, IDB_CONV_PAGE_BACK,
                                       IDB_CONV_PAGE_FORWARD, IDT_CONV_PAGE_OF, IDT_CONV_PAGE};
   CRect list;
   CRect preview;
@@ -166,8 +167,21 @@ void CZVFileConversionDlg::HidePreview() {
 }
 
 void CZVFileConversionDlg::HidePagesColumn() {
-  fileList_.DeleteColumn(1);
   CRect client;
   files_.GetClientRect(&client);
-  files_.SetColumnWidth(0, client.Width() - ::GetSystemMetrics(SM_CXVSCROLL));
+  fileList_.DeleteColumn(1);
+  files_.SetColumnWidth(0, client.Width());
+}
+
+// Frame or scroll bar may leave the columns a little less room than they were given; a bar below the list for that alone
+// would be in the way. Columns that the user has widened stay.
+void CZVFileConversionDlg::FitFileColumn() {
+  CRect client;
+  files_.GetClientRect(&client);
+  const int first = files_.GetColumnWidth(0);
+  const int second = uiFlags_ & CONVDLG_SHOW_PAGE_OPTIONS ? files_.GetColumnWidth(1) : 0;
+  const int excess = first + second - client.Width();
+  if (excess > 0 && excess <= ::GetSystemMetrics(SM_CXVSCROLL) + 2 * ::GetSystemMetrics(SM_CXEDGE)) {
+    files_.SetColumnWidth(0, first - excess);
+  }
 }

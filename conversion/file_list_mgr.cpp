@@ -117,9 +117,7 @@ void CZVFileListMgr::CountPath(const CString& path, int change) {
   }
 }
 
-CString CZVFileListMgr::GetPath(int row) const {
-  return row < 0 || row >= paths_.GetSize() ? CString() : paths_[row];
-}
+CString CZVFileListMgr::GetPath(int row) const { return row < 0 || row >= paths_.GetSize() ? CString() : paths_[row]; }
 
 bool CZVFileListMgr::GetPath(CString& path, int row) const {
   if (row < 0 || row >= paths_.GetSize()) {

@@ -62,7 +62,8 @@ bool CZVFormatList::Fill() {
     for (int32_t i = 0; i < formatCount_; ++i) {
       const FILECONVERSIONFORMAT& given = formats_[i];
       FORMATINFO info = EmptyRecord<FORMATINFO>();
-      if (::GetFormatInfo(given.format, &info) != SUCCESS || !AddRow(info, given.bpps && given.bppCount > 0 ? &given : nullptr)) {
+      if (::GetFormatInfo(given.format, &info) != SUCCESS ||
+          !AddRow(info, given.bpps && given.bppCount > 0 ? &given : nullptr)) {
         return false;
       }
     }

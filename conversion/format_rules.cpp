@@ -34,22 +34,15 @@ bool IsSettingsButtonEnabled(uint32_t settingsFlags, uint32_t uiFlags) {
 void ApplyVariantFlags(CONVERSIONFORMATITEM& item) {
   uint32_t& flags = item.saveOption.flags;
   switch (item.fileFormat) {
-    case FMT_GIF:
-      SetFlag(flags, SAVEFILE_GIF_INTERLACED, item.subtype == 1);
-      break;
-    case FMT_EXIF_TIFF_RGB:
-      SetFlag(flags, SAVEFILE_EXIF_CARRIER, false);
-      break;
+    case FMT_GIF: SetFlag(flags, SAVEFILE_GIF_INTERLACED, item.subtype == 1); break;
+    case FMT_EXIF_TIFF_RGB: SetFlag(flags, SAVEFILE_EXIF_CARRIER, false); break;
     case FMT_EXIF_TIFF_YCC:
       SetFlag(flags, SAVEFILE_EXIF_CARRIER, false);
       SetFlag(flags, SAVEFILE_EXIF_YCC, true);
       break;
     case FMT_EXIF_JPEG_422:
-    case FMT_EXIF_JPEG_420:
-      SetFlag(flags, SAVEFILE_EXIF_CARRIER, true);
-      break;
-    default:
-      break;
+    case FMT_EXIF_JPEG_420: SetFlag(flags, SAVEFILE_EXIF_CARRIER, true); break;
+    default: break;
   }
 }
 

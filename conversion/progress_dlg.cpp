@@ -13,9 +13,20 @@ constexpr UINT kHelpNumber = 114;
 constexpr UINT kStoppedMessage = WM_USER + 1;  // tells whoever watches the window; nobody here handles it
 constexpr int kLeft = 2;                       // the modal result of a run that is over
 
-// A file calls back for each of its rows, which can be many thousand times a second; looking for messages so often would
-// cost more than the conversion. A user notices nothing below this many milliseconds.
+// A file calls back for each of its rows, which can be many thousand times a second; looking for messages and painting the
+// bar so often would cost more than the conversion. A user notices neither below these many milliseconds.
 constexpr ULONGLONG kPumpInterval = 10;
+constexpr ULONGLONG kBarInterval = 100;
+
+// Whether the interval is over; it begins anew then.
+bool IsDue(ULONGLONG& last, ULONGLONG interval) {
+  const ULONGLONG now = ::GetTickCount64();
+  const bool due = now - last >= interval;
+  if (due) {
+    last = now;
+  }
+  return due;
+}
 
 const UINT kStartMessage = ::RegisterWindowMessageW(L"ZV_DLG_FILECONVERSIONDLGPROGRESSDLG_STARTCONVERT");
 
@@ -107,15 +118,16 @@ int32_t ZV_CALL CZVFileConversionDlgProgressDlg::Pump(int32_t percent, void* use
 }
 
 int32_t CZVFileConversionDlgProgressDlg::OnProgress(int32_t percent) {
-  const bool newPercent = percent != percent_;
-  if (newPercent && percent >= 0 && percent <= 100) {
+  if (percent >= 0 && percent <= 100) {
     percent_ = percent;
-    fileBar_.SetPos(percent);
+    if (IsDue(lastBar_, kBarInterval)) {
+      fileBar_.SetPos(percent);
+    }
   }
   if (percent == 100) {
     return SUCCESS;
   }
-  if (!endRequested_ && IsPumpDue(newPercent) && !EmptyMessageQueue()) {
+  if (!endRequested_ && IsDue(lastPump_, kPumpInterval) && !EmptyMessageQueue()) {
     // The program is ending, and the run with it.
     stop_ = false;
     percent_ = 100;
@@ -123,15 +135,6 @@ int32_t CZVFileConversionDlgProgressDlg::OnProgress(int32_t percent) {
     return ERROR_USER_ABORT;
   }
   return stop_ ? StopFile() : SUCCESS;
-}
-
-bool CZVFileConversionDlgProgressDlg::IsPumpDue(bool newPercent) {
-  const ULONGLONG now = ::GetTickCount64();
-  if (!newPercent && now - lastPump_ < kPumpInterval) {
-    return false;
-  }
-  lastPump_ = now;
-  return true;
 }
 
 // False at the end of the queue; the message that says so is put back for the loops around this one.

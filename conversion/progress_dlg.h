@@ -27,7 +27,6 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
  private:
   static int32_t ZV_CALL Pump(int32_t percent, void* userData);
   int32_t OnProgress(int32_t percent);
-  bool IsPumpDue(bool newPercent);
   bool EmptyMessageQueue();
   int32_t StopFile();
 
@@ -44,7 +43,8 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
   bool endRequested_ = false;
   int endCommand_ = IDCANCEL;
   bool aborted_ = false;
-  ULONGLONG lastPump_ = 0;  // milliseconds since the system started
+  ULONGLONG lastPump_ = 0;  // both in milliseconds since the system started
+  ULONGLONG lastBar_ = 0;
 
   CAnimateCtrl animation_;
   CProgressCtrl totalBar_;

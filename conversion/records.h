@@ -95,7 +95,8 @@ enum ResizeUnit : int32_t { RESIZE_UNIT_PIXELS = 0, RESIZE_UNIT_PERCENT = 1 };
 
 static_assert(sizeof(CONVERSIONROTATEOPTIONS) == 24 && offsetof(CONVERSIONROTATEOPTIONS, angle) == 4);
 static_assert(offsetof(CONVERSIONROTATEOPTIONS, resizeToFit) == 8 && offsetof(CONVERSIONROTATEOPTIONS, flags) == 12);
-static_assert(offsetof(CONVERSIONROTATEOPTIONS, fillColor) == 16 && offsetof(CONVERSIONROTATEOPTIONS, contextHelp) == 20);
+static_assert(offsetof(CONVERSIONROTATEOPTIONS, fillColor) == 16 &&
+              offsetof(CONVERSIONROTATEOPTIONS, contextHelp) == 20);
 static_assert(sizeof(CONVERSIONRESIZEOPTIONS) == 28 && offsetof(CONVERSIONRESIZEOPTIONS, enabled) == 4);
 static_assert(offsetof(CONVERSIONRESIZEOPTIONS, width) == 8 && offsetof(CONVERSIONRESIZEOPTIONS, height) == 12);
 static_assert(offsetof(CONVERSIONRESIZEOPTIONS, unit) == 16 && offsetof(CONVERSIONRESIZEOPTIONS, method) == 20);

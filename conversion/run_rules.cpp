@@ -14,24 +14,18 @@ void BuildConversionQueue(const std::vector<int>& formatRows, const std::vector<
 
 int32_t OverwriteModeOfAnswer(int32_t answer) {
   switch (answer) {
-    case ANSWER_REPLACE:
-      return OVERWRITE_REPLACE;
-    case ANSWER_RENAME:
-      return OVERWRITE_RENAME;
-    default:
-      return OVERWRITE_SKIP;
+    case ANSWER_REPLACE: return OVERWRITE_REPLACE;
+    case ANSWER_RENAME: return OVERWRITE_RENAME;
+    default: return OVERWRITE_SKIP;
   }
 }
 
 OverwriteDecision DecideOverwrite(int32_t mode, const CString& source, const CString& destination,
                                   const CString& freeName) {
   switch (mode) {
-    case OVERWRITE_RENAME:
-      return {!freeName.IsEmpty(), true};
-    case OVERWRITE_REPLACE:
-      return {true, source != destination};
-    default:
-      return {false, false};
+    case OVERWRITE_RENAME: return {!freeName.IsEmpty(), true};
+    case OVERWRITE_REPLACE: return {true, source != destination};
+    default: return {false, false};
   }
 }
 
@@ -59,11 +53,8 @@ PixelSize ResizedSize(const CONVERSIONRESIZEOPTIONS& options, const BITMAPHANDLE
 
 int32_t SizeMethod(int32_t method) {
   switch (method) {
-    case 2:
-      return SIZE_BILINEAR;
-    case 4:
-      return SIZE_BICUBIC;
-    default:
-      return SIZE_NEAREST;
+    case 2: return SIZE_BILINEAR;
+    case 4: return SIZE_BICUBIC;
+    default: return SIZE_NEAREST;
   }
 }

@@ -25,7 +25,8 @@ struct OverwriteDecision {
 
 // What to do about a destination that exists. mode is the mode in effect, never OVERWRITE_ASK; freeName is the path that
 // OVERWRITE_RENAME found, empty when there is none.
-OverwriteDecision DecideOverwrite(int32_t mode, const CString& source, const CString& destination, const CString& freeName);
+OverwriteDecision DecideOverwrite(int32_t mode, const CString& source, const CString& destination,
+                                  const CString& freeName);
 
 // folder + name + "." + extension; the folder gets its closing backslash.
 CString JoinDestinationPath(const CString& folder, const CString& name, const CString& extension);

@@ -18,8 +18,12 @@ class ConversionRun : public ConversionDialog {
 
   static void ChooseAllFiles(HWND dialog) {
     Click(dialog, IDB_CONV_SELECT_ALL);
-    WaitUntil([=] { return static_cast<int>(SelectedListViewRows(dialog, IDL_CONV_FILES).size()) == ListViewCount(dialog, IDL_CONV_FILES); },
-              "all files chosen");
+    WaitUntil(
+        [=] {
+          return static_cast<int>(SelectedListViewRows(dialog, IDL_CONV_FILES).size()) ==
+                 ListViewCount(dialog, IDL_CONV_FILES);
+        },
+        "all files chosen");
   }
   static void WaitUntilRunEnds(HWND dialog) { WaitUntilIdle(dialog); }
   static std::vector<uint8_t> Bytes(const std::wstring& path) {
@@ -130,8 +134,8 @@ TEST_F(ConversionRun, TakesDeletedSourcesOffTheList) {
     SelectListViewRows(dialog, IDL_CONV_FILES, {0});
     ConvertAndWait(dialog);
     EXPECT_EQ(0, ListViewCount(dialog, IDL_CONV_FILES));
-    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_PAGE_OPTIONS, IDB_CONV_SELECT_ALL, IDB_CONV_REMOVE,
-                         IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE}) {
+    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_PAGE_OPTIONS, IDB_CONV_SELECT_ALL,
+                         IDB_CONV_REMOVE, IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE}) {
       EXPECT_FALSE(IsEnabled(dialog, id)) << id;
     }
   });
@@ -335,6 +339,5 @@ TEST_F(StoppedRun, EnterPressesAbort) {
 TEST_F(StoppedRun, TheCloseBoxActsLikeAbort) {
   RunStopping([](HWND progress) { zvtest::CloseWindow(progress); });
 }
-
 
 }  // namespace

@@ -36,6 +36,17 @@ class ConversionFiles : public ConversionDialog {
     ::ReleaseDC(pane, device);
     return middle == RGB(255, 0, 0);
   }
+  // Whether any label of the window shows the text.
+  static bool ShowsText(HWND window, const std::wstring& text) {
+    for (HWND child = ::GetWindow(window, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
+      wchar_t shown[MAX_PATH] = {};
+      ::InternalGetWindowText(child, shown, MAX_PATH);
+      if (text == shown) {
+        return true;
+      }
+    }
+    return false;
+  }
   static void WaitForPicture(HWND dialog, bool there) {
     WaitUntil([=] { return HasPicture(dialog) == there; }, there ? "a picture in the preview" : "an empty preview");
   }
@@ -114,8 +125,9 @@ TEST_F(ConversionFiles, RemovingTheLastRowDisablesWhatFilesNeed) {
     Click(dialog, IDB_CONV_REMOVE);
     WaitUntil([=] { return Rows(dialog) == 0; }, "an empty list");
     WaitForPicture(dialog, false);
-    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_SELECT_ALL, IDB_CONV_PAGE_OPTIONS, IDB_CONV_REMOVE,
-                         IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE, IDE_CONV_PAGE, IDB_CONV_PAGE_FORWARD}) {
+    for (const int id :
+         {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_SELECT_ALL, IDB_CONV_PAGE_OPTIONS, IDB_CONV_REMOVE,
+          IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE, IDE_CONV_PAGE, IDB_CONV_PAGE_FORWARD}) {
       EXPECT_FALSE(IsEnabled(dialog, id)) << id;
     }
   });
@@ -237,7 +249,8 @@ TEST_F(ConversionFiles, AFileThatCannotBeShownLeavesTheListWithAMessage) {
   AddPicture(L"1.bmp");
   const std::wstring broken = AddPicture(L"2.png", {400, 300, FMT_PNG});
   RunAndClose([&](HWND dialog) {
-    const HANDLE file = ::CreateFileW(broken.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE file =
+        ::CreateFileW(broken.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, file);
     ::SetFilePointer(file, 60, nullptr, FILE_BEGIN);
     ::SetEndOfFile(file);
@@ -261,9 +274,11 @@ TEST_F(ConversionFiles, AddFolderTakesTheImagesOfTheFolderAndNothingBelow) {
   in.AddFile(L"notes.txt", {'h', 'i'});
   in.AddFolder(L"below");
   WritePicture(in.File(L"below\\c.bmp"));
-  const auto addFolder = [](HWND dialog) {
+  const auto addFolder = [this](HWND dialog) {
     Click(dialog, IDB_CONV_ADD_FOLDER);
-    Click(WaitForDialogWith(kPickerTree), IDOK);
+    const HWND picker = WaitForDialogWith(kPickerTree);
+    WaitUntil([&] { return ShowsText(picker, in.path()); }, "the start folder in the picker");
+    Click(picker, IDOK);
     WaitUntil([dialog] { return ::IsWindowEnabled(dialog) != FALSE; }, "back in the dialog");
   };
   RunAndClose([&](HWND dialog) {

@@ -27,8 +27,12 @@ class ConversionDialog : public ::testing::Test {
     SetSourceFolder(in.path());
   }
 
-  void SetDestination(const std::wstring& folder) { ::lstrcpynW(params.destinationFolder, folder.c_str(), ZVDLG_PATH_LENGTH); }
-  void SetSourceFolder(const std::wstring& folder) { ::lstrcpynW(params.sourceFolder, folder.c_str(), ZVDLG_PATH_LENGTH); }
+  void SetDestination(const std::wstring& folder) {
+    ::lstrcpynW(params.destinationFolder, folder.c_str(), ZVDLG_PATH_LENGTH);
+  }
+  void SetSourceFolder(const std::wstring& folder) {
+    ::lstrcpynW(params.sourceFolder, folder.c_str(), ZVDLG_PATH_LENGTH);
+  }
 
   std::wstring AddPicture(const std::wstring& name, const PictureKind& kind = {}) {
     const std::wstring path = in.File(name);
@@ -53,13 +57,12 @@ class ConversionDialog : public ::testing::Test {
       files.push_back(L'\0');
       params.fileList = files.data();
     }
-    const int32_t result =
-        DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); },
-                    [&] {
-                      const HWND dialog = WaitForDialogWith(IDL_CONV_FORMATS);
-                      WaitUntil([dialog] { return ::IsWindowVisible(dialog); }, "the dialog shows");
-                      script(dialog);
-                    });
+    const int32_t result = DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); },
+                                       [&] {
+                                         const HWND dialog = WaitForDialogWith(IDL_CONV_FORMATS);
+                                         WaitUntil([dialog] { return ::IsWindowVisible(dialog); }, "the dialog shows");
+                                         script(dialog);
+                                       });
     if (!files.empty()) {
       files.pop_back();
     }
@@ -76,7 +79,8 @@ class ConversionDialog : public ::testing::Test {
   }
 
   static void WaitUntilIdle(HWND dialog) {
-    WaitUntil([dialog] { return ::IsWindowEnabled(dialog) && !FindDialogTitled(L"Converting..."); }, "no box over the dialog");
+    WaitUntil([dialog] { return ::IsWindowEnabled(dialog) && !FindDialogTitled(L"Converting..."); },
+              "no box over the dialog");
   }
   // Presses Convert and waits for the end of the run.
   static void ConvertAndWait(HWND dialog) {

@@ -19,7 +19,9 @@ class ConversionFormats : public ConversionDialog {
     }
     return items;
   }
-  static std::wstring Selected(HWND dialog, int combo) { return ComboText(dialog, combo, ComboSelection(dialog, combo)); }
+  static std::wstring Selected(HWND dialog, int combo) {
+    return ComboText(dialog, combo, ComboSelection(dialog, combo));
+  }
   static void Choose(HWND dialog, const std::vector<int>& rows) { SelectListBoxRows(dialog, IDL_CONV_FORMATS, rows); }
 };
 

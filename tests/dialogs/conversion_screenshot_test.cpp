@@ -43,8 +43,10 @@ class ConversionLayout : public ConversionDialog {
       if (kind == L"Button" && style == BS_OWNERDRAW) {
         continue;  // a picture; its text is for screen readers
       }
-      const bool hasBox = kind == L"Button" && style != BS_PUSHBUTTON && style != BS_DEFPUSHBUTTON && !IsGroupBox(child);
-      const bool wraps = kind == L"Static" && (style & SS_TYPEMASK) == SS_LEFT && client.bottom > 2 * TextSize(child).cy;
+      const bool hasBox =
+          kind == L"Button" && style != BS_PUSHBUTTON && style != BS_DEFPUSHBUTTON && !IsGroupBox(child);
+      const bool wraps =
+          kind == L"Static" && (style & SS_TYPEMASK) == SS_LEFT && client.bottom > 2 * TextSize(child).cy;
       const int box = hasBox ? ::GetSystemMetrics(SM_CXMENUCHECK) + 4 : 0;
       if (!wraps) {
         EXPECT_LE(TextSize(child).cx + box, client.right) << ::GetDlgCtrlID(child);
@@ -100,7 +102,8 @@ TEST_F(ConversionLayout, OfTheDialogWithoutOffers) {
 TEST_F(ConversionLayout, OfTheProgressDialogAndTheOverwriteQuestion) {
   Offer({1});
   for (int i = 0; i < 3; ++i) {
-    AddPicture(L"a picture of the harbour at dawn, taken from the old pier " + std::to_wstring(i) + L".bmp", {2000, 1500});
+    AddPicture(L"a picture of the harbour at dawn, taken from the old pier " + std::to_wstring(i) + L".bmp",
+               {2000, 1500});
   }
   out.AddFile(L"a picture of the harbour at dawn, taken from the old pier 1.png", {1});
   RunAndClose([](HWND dialog) {

@@ -66,8 +66,8 @@ TEST_F(ConversionStart, SelectsTheFirstFileAndEnablesWhatFilesNeed) {
   AddPicture(L"two.bmp");
   RunAndClose([](HWND dialog) {
     EXPECT_EQ(std::vector<int>{0}, SelectedListViewRows(dialog, IDL_CONV_FILES));
-    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_SELECT_ALL, IDB_CONV_PAGE_OPTIONS, IDB_CONV_REMOVE,
-                         IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE}) {
+    for (const int id : {IDB_CONV_CONVERT, IDB_CONV_FILE_INFO, IDB_CONV_SELECT_ALL, IDB_CONV_PAGE_OPTIONS,
+                         IDB_CONV_REMOVE, IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE}) {
       EXPECT_TRUE(IsEnabled(dialog, id)) << id;
     }
   });
@@ -327,8 +327,8 @@ TEST_F(ConversionStart, TabOrderFollowsReadingOrder) {
     // Within the file controls, the output controls and the buttons at the bottom, each tab stop stands below or right of
     // the one before it, apart from the columns that begin anew.
     const std::vector<std::vector<int>> columns = {
-        {IDB_CONV_ADD_FILES, IDB_CONV_ADD_FOLDER, IDB_CONV_REMOVE, IDB_CONV_SELECT_ALL, IDL_CONV_FILES, IDX_CONV_FULL_PATH,
-         IDX_CONV_DELETE_SOURCE, IDB_CONV_PAGE_OPTIONS, IDB_CONV_FILE_INFO},
+        {IDB_CONV_ADD_FILES, IDB_CONV_ADD_FOLDER, IDB_CONV_REMOVE, IDB_CONV_SELECT_ALL, IDL_CONV_FILES,
+         IDX_CONV_FULL_PATH, IDX_CONV_DELETE_SOURCE, IDB_CONV_PAGE_OPTIONS, IDB_CONV_FILE_INFO},
         {IDE_CONV_PAGE, IDB_CONV_PAGE_BACK, IDB_CONV_PAGE_FORWARD},
         {IDL_CONV_FORMATS},
         {IDC_CONV_BPP, IDC_CONV_SUBTYPE, IDB_CONV_SETTINGS},

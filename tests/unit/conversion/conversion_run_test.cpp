@@ -95,7 +95,8 @@ class ConversionRun : public ::testing::Test {
     ::GetDefaultJ2KOptions(&host.formats[0].j2kOption, sizeof(J2KSAVEOPTION));
   }
 
-  std::wstring AddPicture(const std::wstring& name, int width = 40, int height = 20, int format = FMT_BMP, int pages = 1) {
+  std::wstring AddPicture(const std::wstring& name, int width = 40, int height = 20, int format = FMT_BMP,
+                          int pages = 1) {
     const std::wstring path = in.File(name);
     EXPECT_TRUE(zvtest::WritePicture(path, {width, height, format, pages}));
     host.sources.push_back(path.c_str());

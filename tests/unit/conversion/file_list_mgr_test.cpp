@@ -13,8 +13,8 @@ namespace {
 class FileList : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(list.CreateEx(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT | LVS_SHOWSELALWAYS, 0, 0, 502, 200, parent.hwnd(),
-                              nullptr));
+    ASSERT_TRUE(list.CreateEx(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT | LVS_SHOWSELALWAYS, 0, 0, 502, 200,
+                              parent.hwnd(), nullptr));
     ASSERT_TRUE(manager.Attach(&list));
   }
   void TearDown() override { manager.RemoveAll(); }

@@ -6,7 +6,9 @@ namespace {
 
 constexpr uint32_t kNameOnly = SHOW_NAME | SHOW_EXTENSION;
 
-TEST(FileRowText, ShowsTheFileNameWithoutItsFolder) { EXPECT_STREQ(L"b.jpg", FileRowText(L"C:\\a\\b.jpg", kShowFileName)); }
+TEST(FileRowText, ShowsTheFileNameWithoutItsFolder) {
+  EXPECT_STREQ(L"b.jpg", FileRowText(L"C:\\a\\b.jpg", kShowFileName));
+}
 
 TEST(FileRowText, ShowsTheWholePathWhenAllPartsAreOn) {
   EXPECT_STREQ(L"C:\\a\\b.jpg", FileRowText(L"C:\\a\\b.jpg", kShowFullPath));
@@ -32,7 +34,8 @@ TEST(FileRowText, JoinsFolderAndNameWithABackslashOnlyWhenBothAreThere) {
 }
 
 TEST(FileRowText, KeepsNamesOfAllScriptsAndWithSpaces) {
-  EXPECT_STREQ(L"\x5BAB \xD83D\xDE00 e\x0301.png", FileRowText(L"C:\\\x4E2D\\\x5BAB \xD83D\xDE00 e\x0301.png", kShowFileName));
+  EXPECT_STREQ(L"\x5BAB \xD83D\xDE00 e\x0301.png",
+               FileRowText(L"C:\\\x4E2D\\\x5BAB \xD83D\xDE00 e\x0301.png", kShowFileName));
 }
 
 TEST(FileRowText, IsEmptyForNoPartsAndForAnEmptyPath) {
