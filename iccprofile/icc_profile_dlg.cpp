@@ -157,8 +157,11 @@ CRect CZVICCProfileDlg::RectOf(int controlId) const {
 
 void CZVICCProfileDlg::ShrinkToOneGroup() {
   const int shift = RectOf(IDG_ICC_SAVE).bottom - RectOf(IDG_ICC_LOAD).bottom;
+  // Twins have one size. Giving a list the size of its closed twin would leave no room for its items when it drops down.
   for (size_t i = 0; !ShowsLoad() && i < std::size(kSaveControls); ++i) {
-    GetDlgItem(kSaveControls[i])->MoveWindow(RectOf(kLoadControls[i]));
+    const CRect place = RectOf(kLoadControls[i]);
+    ::SetWindowPos(GetDlgItem(kSaveControls[i])->m_hWnd, nullptr, place.left, place.top, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER);
   }
   for (const int id : {IDB_ICC_CLOSE, IDB_ICC_HELP, IDT_ICC_LINE}) {
     CRect rect = RectOf(id);

@@ -244,6 +244,38 @@ TEST_F(ImageProfile, OfAJpegThatLacksASegmentOrHasOneTwiceIsDamaged) {
   EXPECT_EQ(ERROR_PROFILE_DAMAGED, LoadFrom(folder.AddFile(L"outside.jpg", outside)));
 }
 
+TEST_F(ImageProfile, OfAJpegWithFurtherPicturesLeavesTheirIndexPointingAtThem) {
+  using namespace std::string_view_literals;
+  const std::wstring path = Picture(L"a.jpg", {40, 20, FMT_JPEG});
+  ASSERT_EQ(SUCCESS, SaveImage(path, RgbProfile({4.3, 500})));
+  FileBytes jpeg = ReadWholeFile(path);
+  const FileBytes second = ReadWholeFile(Picture(L"b.jpg", {24, 8, FMT_JPEG}));
+  // The index stands before the profile, as cameras have it.
+  FileBytes segment;
+  Append(segment, "\xFF\xE2\0\x40MPF\0MM\0\x2A\0\0\0\x08\0\x01\xB0\x02\0\x07\0\0\0\x20\0\0\0\x1A\0\0\0\0"sv);
+  const size_t index = Find(jpeg, "ICC_PROFILE") - 4 + 8;
+  const size_t whole = jpeg.size() + 66;
+  for (const size_t value :
+       {size_t{0x30000}, whole, size_t{0}, size_t{0}, size_t{0}, second.size(), whole - index, size_t{0}}) {
+    AppendNumber(segment, static_cast<uint32_t>(value), 4);
+  }
+  ASSERT_EQ(66u, segment.size());
+  jpeg.insert(jpeg.begin() + static_cast<ptrdiff_t>(index - 8), segment.begin(), segment.end());
+  jpeg.insert(jpeg.end(), second.begin(), second.end());
+  const std::wstring camera = folder.AddFile(L"camera.jpg", jpeg);
+  for (const uint32_t ballast : {100'000u, 0u, 3000u}) {
+    ASSERT_EQ(SUCCESS, SaveImage(camera, RgbProfile({4.3, ballast})));
+    const FileBytes after = ReadWholeFile(camera);
+    const size_t moved = Find(after, "MPF") + 4;
+    const auto number = [&](size_t at) {
+      return static_cast<size_t>(after[moved + at]) << 24 | static_cast<size_t>(after[moved + at + 1]) << 16 |
+             static_cast<size_t>(after[moved + at + 2]) << 8 | after[moved + at + 3];
+    };
+    EXPECT_EQ(after.size() - second.size(), number(30)) << "the first picture's size";
+    EXPECT_EQ(second, Tail(after, moved + number(50)));
+  }
+}
+
 TEST_F(ImageProfile, OfAGreyJpegIsGrey) {
   FileBytes jpeg = ReadWholeFile(Picture(L"a.jpg", {16, 16, FMT_JPEG}));
   // A file of one component, as far as its frame header says.
