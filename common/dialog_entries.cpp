@@ -29,10 +29,8 @@ int32_t RunToClose(Dialog& dialog, Record& record) {
       const int32_t status = dialog.Commit(record);
       return status == SUCCESS ? SUCCESS_DLG_CLOSE : status;
     }
-    case IDCANCEL:
-      return SUCCESS_DLG_CLOSE;
-    default:
-      return ERROR_DIALOG_FAILED;
+    case IDCANCEL: return SUCCESS_DLG_CLOSE;
+    default: return ERROR_DIALOG_FAILED;
   }
 }
 
@@ -65,12 +63,9 @@ int32_t ZV_CALL Z_DlgFilesAssociation(HWND parent, FILEASSOCIATIONDLGPARAMS* par
       return status;
     }
     switch (dialog.DoModal()) {
-      case IDOK:
-        return SUCCESS_DLG_OK;
-      case IDCANCEL:
-        return SUCCESS_DLG_CANCEL;
-      default:
-        return ERROR_DIALOG_FAILED;
+      case IDOK: return SUCCESS_DLG_OK;
+      case IDCANCEL: return SUCCESS_DLG_CANCEL;
+      default: return ERROR_DIALOG_FAILED;
     }
   });
 }

@@ -36,27 +36,27 @@ ZV_WIRE_FIELD(DIRECTORYDLGPARAMSA, filter, 16);
 ZV_WIRE_FIELD(DIRECTORYDLGPARAMSA, position, 36);
 
 typedef struct tagFILEINFOA {
-  uint32_t uStructSize;       /*    0: 2212, as in the wide record */
-  int32_t format;             /*    4 */
-  char name[512];             /*    8 */
-  int32_t width;              /*  520 */
-  int32_t height;             /*  524 */
-  int32_t bitsPerPixel;       /*  528 */
-  uint64_t firstSize;         /*  532 */
-  uint64_t secondSize;        /*  540 */
-  char compression[20];       /*  548 */
-  int32_t viewPerspective;    /*  568: eleven words from here on, as from 1100 on in the wide record */
+  uint32_t uStructSize;    /*    0: 2212, as in the wide record */
+  int32_t format;          /*    4 */
+  char name[512];          /*    8 */
+  int32_t width;           /*  520 */
+  int32_t height;          /*  524 */
+  int32_t bitsPerPixel;    /*  528 */
+  uint64_t firstSize;      /*  532 */
+  uint64_t secondSize;     /*  540 */
+  char compression[20];    /*  548 */
+  int32_t viewPerspective; /*  568: eleven words from here on, as from 1100 on in the wide record */
   int32_t colorOrder;
-  int32_t pageNumber;         /*  576 */
+  int32_t pageNumber; /*  576 */
   int32_t totalPages;
   int32_t xResolution;
   int32_t yResolution;
-  uint32_t flags;             /*  592 */
+  uint32_t flags; /*  592 */
   uint8_t reserved596[16];
-  uint8_t reserved612[1024];  /*  612 */
-  uint64_t filePosition;      /* 1636 */
-  uint8_t reserved1644[12];   /* 1644 */
-  uint8_t reserved1656[24];   /* 1656 */
+  uint8_t reserved612[1024]; /*  612 */
+  uint64_t filePosition;     /* 1636 */
+  uint8_t reserved1644[12];  /* 1644 */
+  uint8_t reserved1656[24];  /* 1656 */
 } FILEINFOA;
 static_assert(sizeof(FILEINFOA) == 1680, "wire format");
 ZV_WIRE_FIELD(FILEINFOA, name, 8);
@@ -77,7 +77,7 @@ typedef struct tagVECTORFORMATOPTIONA {
   int32_t viewWidth;
   int32_t viewHeight;
   int32_t viewMode;
-  char faceName[32];    /* 16 */
+  char faceName[32]; /* 16 */
 } VECTORFORMATOPTIONA;
 static_assert(sizeof(VECTORFORMATOPTIONA) == 48, "wire format");
 ZV_WIRE_FIELD(VECTORFORMATOPTIONA, faceName, 16);
@@ -106,10 +106,10 @@ typedef struct tagOPENDLGFILEDATAA {
   int32_t passes;
   int32_t loadCompressed;
   int32_t loadRotated;
-  uint32_t optionFlags;             /* 308 */
-  int32_t format;                   /* 312 */
-  void* formatOptions;              /* 316 */
-  RASTERIZEDOCOPTION rasterizeDoc;  /* 324 */
+  uint32_t optionFlags;            /* 308 */
+  int32_t format;                  /* 312 */
+  void* formatOptions;             /* 316 */
+  RASTERIZEDOCOPTION rasterizeDoc; /* 324 */
 } OPENDLGFILEDATAA;
 static_assert(sizeof(OPENDLGFILEDATAA) == 396, "wire format");
 ZV_WIRE_FIELD(OPENDLGFILEDATAA, bitmap, 268);
@@ -122,21 +122,21 @@ typedef int32_t(ZV_CALL* OPENDLGSTATUSCALLBACKA)(OPENDLGFILEDATAA* file, int32_t
                                                  void* userData);
 
 typedef struct tagOPENFILEDLGPARAMSA {
-  uint32_t uStructSize;                   /*   0: 104 or 100 */
-  OPENDLGFILEDATAA* files;                /*   4: out: pass null; the array is freed with CoreFree */
+  uint32_t uStructSize;    /*   0: 104 or 100 */
+  OPENDLGFILEDATAA* files; /*   4: out: pass null; the array is freed with CoreFree */
   int32_t fileCount;
   int32_t showPreview;
   int32_t showLoadOptions;
   OPENDLGPREVIEWCALLBACK previewCallback; /*  24: gets the wide request */
   void* previewCallbackUserData;
   uint8_t reserved40[16];
-  OPENDLGSTATUSCALLBACKA statusCallback;  /*  56: never called */
+  OPENDLGSTATUSCALLBACKA statusCallback; /*  56: never called */
   void* statusCallbackUserData;
-  uint32_t flags;                         /*  72 */
+  uint32_t flags; /*  72 */
   POINT position;
   DLGHELPCALLBACK helpCallback;
   void* helpUserData;
-  int32_t viewMode;                       /* 100 */
+  int32_t viewMode; /* 100 */
 } OPENFILEDLGPARAMSA;
 static_assert(sizeof(OPENFILEDLGPARAMSA) == 104, "wire format");
 ZV_WIRE_FIELD(OPENFILEDLGPARAMSA, statusCallback, 56);
@@ -159,16 +159,16 @@ typedef struct tagSAVEFILEDLGPARAMSA {
   int32_t stampHeight;
   int32_t pageNumber;
   int32_t catalogueFormat;
-  int32_t subType;                  /* 324 */
-  J2KSAVEOPTION j2kOption;          /* 328 */
-  const SAVEFORMATENTRY* formats;   /* 484 */
+  int32_t subType;                /* 324 */
+  J2KSAVEOPTION j2kOption;        /* 328 */
+  const SAVEFORMATENTRY* formats; /* 484 */
   int32_t formatCount;
-  uint32_t flags;                   /* 496 */
+  uint32_t flags; /* 496 */
   POINT position;
   DLGHELPCALLBACK helpCallback;
   void* helpUserData;
-  JBIG2SAVEOPTION jbig2Option;      /* 524 */
-  int32_t viewMode;                 /* 602 */
+  JBIG2SAVEOPTION jbig2Option; /* 524 */
+  int32_t viewMode;            /* 602 */
   int32_t pdfProfile;
 } SAVEFILEDLGPARAMSA;
 static_assert(sizeof(SAVEFILEDLGPARAMSA) == 610, "wire format");
@@ -204,9 +204,9 @@ typedef struct tagFILECONVERSIONDLGPARAMSA {
   int32_t deleteSource;
   int32_t fullPath;
   int32_t useOriginalFolder;
-  const char* fileList;                      /* 564 */
-  uint32_t uiFlags;                          /* 572 */
-  const POINT* position;                     /* 576 */
+  const char* fileList;  /* 564 */
+  uint32_t uiFlags;      /* 572 */
+  const POINT* position; /* 576 */
   DLGHELPCALLBACK helpCallback;
   void* helpUserData;
 } FILECONVERSIONDLGPARAMSA;

@@ -9,12 +9,12 @@
 #define DLG_ASSOCIATION_CONTEXT_HELP 1u
 
 typedef struct tagFILEASSOCIATIONDLGPARAMS {
-  uint32_t uStructSize;            /*  0: 56 */
-  const wchar_t* pszFormats;       /*  4: pairs of name and patterns, ended by an empty name; null for the built-in table */
-  const wchar_t* pszSelected;      /* 12: extensions checked at the start, each followed by two terminators, or null */
-  const wchar_t* pszProgID;        /* 20: program identifier written to the registry */
-  uint32_t uFlags;                 /* 28: DLG_ASSOCIATION_... */
-  const POINT* ptPosition;         /* 32: null leaves the placing to the dialog */
+  uint32_t uStructSize;       /*  0: 56 */
+  const wchar_t* pszFormats;  /*  4: pairs of name and patterns, ended by an empty name; null for the built-in table */
+  const wchar_t* pszSelected; /* 12: extensions checked at the start, each followed by two terminators, or null */
+  const wchar_t* pszProgID;   /* 20: program identifier written to the registry */
+  uint32_t uFlags;            /* 28: DLG_ASSOCIATION_... */
+  const POINT* ptPosition;    /* 32: null leaves the placing to the dialog */
   DLGHELPCALLBACK pfnHelpCallback; /* 40 */
   void* pHelpUserData;             /* 48 */
 } FILEASSOCIATIONDLGPARAMS;

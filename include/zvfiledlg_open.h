@@ -7,32 +7,32 @@
 
 #pragma pack(push, 1)
 
-#define DLG_OPEN_CONTEXT_HELP 0x00000001u           /* the dialogs started from here get the context-help button */
-#define DLG_OPEN_LOADPAGE_PROGRESSIVE 0x00000002u   /* LOADPAGE bits: what the load options dialog offers */
-#define DLG_OPEN_SHOW_PAGE_CONTROLS 0x00000004u     /* the page number can be chosen */
+#define DLG_OPEN_CONTEXT_HELP 0x00000001u         /* the dialogs started from here get the context-help button */
+#define DLG_OPEN_LOADPAGE_PROGRESSIVE 0x00000002u /* LOADPAGE bits: what the load options dialog offers */
+#define DLG_OPEN_SHOW_PAGE_CONTROLS 0x00000004u   /* the page number can be chosen */
 #define DLG_OPEN_LOADPAGE_ROTATED 0x00000008u
 #define DLG_OPEN_LOADPAGE_COMPRESSED 0x00000010u
-#define DLG_OPEN_SHOW_FILE_INFO 0x00000020u         /* offers the file information button */
-#define DLG_OPEN_SHOW_PREVIEW 0x00000040u           /* offers the preview pane */
-#define DLG_OPEN_SHOW_DELETE_PAGE 0x00000080u       /* with the page controls: a page can be deleted */
-#define DLG_OPEN_SHOW_LOAD_OPTIONS 0x00000100u      /* offers the load options switch */
+#define DLG_OPEN_SHOW_FILE_INFO 0x00000020u    /* offers the file information button */
+#define DLG_OPEN_SHOW_PREVIEW 0x00000040u      /* offers the preview pane */
+#define DLG_OPEN_SHOW_DELETE_PAGE 0x00000080u  /* with the page controls: a page can be deleted */
+#define DLG_OPEN_SHOW_LOAD_OPTIONS 0x00000100u /* offers the load options switch */
 #define DLG_OPEN_LOADPAGE_RASTER 0x00000200u
 #define DLG_OPEN_LOADPAGE_PDF 0x00000400u
 #define DLG_OPEN_LOADPAGE_VECTOR 0x00000800u
-#define DLG_OPEN_FULL_FILE_INFO 0x00010000u         /* pages are counted */
+#define DLG_OPEN_FULL_FILE_INFO 0x00010000u /* pages are counted */
 #define DLG_OPEN_RESIZABLE 0x00020000u
 #define DLG_OPEN_FILE_MAY_NOT_EXIST 0x00040000u
 #define DLG_OPEN_PATH_MAY_NOT_EXIST 0x00080000u
 #define DLG_OPEN_PREVIEW_STAMP_ONLY 0x00100000u
-#define DLG_OPEN_LOAD_BITMAP 0x00200000u            /* each file is loaded into `bitmap` */
-#define DLG_OPEN_MAKE_THUMBNAIL 0x00400000u         /* each file gets a `thumbnail` that fits 150 x 150 */
+#define DLG_OPEN_LOAD_BITMAP 0x00200000u    /* each file is loaded into `bitmap` */
+#define DLG_OPEN_MAKE_THUMBNAIL 0x00400000u /* each file gets a `thumbnail` that fits 150 x 150 */
 #define DLG_OPEN_LOAD_COMPRESSED 0x00800000u
 #define DLG_OPEN_LOAD_ROTATED 0x01000000u
-#define DLG_OPEN_TOLERATE_FAILED_FILES 0x04000000u  /* a file that cannot be read does not fail the whole call */
+#define DLG_OPEN_TOLERATE_FAILED_FILES 0x04000000u /* a file that cannot be read does not fail the whole call */
 #define DLG_OPEN_LOADPAGE_XPS 0x08000000u
 #define DLG_OPEN_LOADPAGE_XLS 0x10000000u
 #define DLG_OPEN_LOADPAGE_RASTERIZEDOC 0x20000000u
-#define DLG_OPEN_VECTOR_ONLY 0x80000000u            /* default filter of vector formats; no others are accepted */
+#define DLG_OPEN_VECTOR_ONLY 0x80000000u /* default filter of vector formats; no others are accepted */
 
 /* One opened file. Every pointer is a block of GlobalAlloc that the caller frees with GlobalFree; the pixels of bitmap and
  * thumbnail are freed with FreeBitmap before. */
@@ -133,11 +133,11 @@ typedef int32_t(ZV_CALL* OPENDLGSTATUSCALLBACK)(OPENDLGFILEDATA* file, int32_t o
                                                 void* userData);
 
 typedef struct tagOPENFILEDLGPARAMS {
-  uint32_t uStructSize;                   /*   0: 104, or 100 for the revision that ends before viewMode */
-  OPENDLGFILEDATA* files;                 /*   4: out: array of fileCount entries, a block of GlobalAlloc for the caller */
-  int32_t fileCount;                      /*  12: out */
-  int32_t showPreview;                    /*  16: in: the pane starts open; out: its state at OK */
-  int32_t showLoadOptions;                /*  20: in: the load options switch starts on; out: its state at OK */
+  uint32_t uStructSize;    /*   0: 104, or 100 for the revision that ends before viewMode */
+  OPENDLGFILEDATA* files;  /*   4: out: array of fileCount entries, a block of GlobalAlloc for the caller */
+  int32_t fileCount;       /*  12: out */
+  int32_t showPreview;     /*  16: in: the pane starts open; out: its state at OK */
+  int32_t showLoadOptions; /*  20: in: the load options switch starts on; out: its state at OK */
   OPENDLGPREVIEWCALLBACK previewCallback; /*  24: may be null */
   void* previewCallbackUserData;          /*  32 */
   uint8_t reserved40[16];                 /*  40 */

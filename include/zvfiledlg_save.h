@@ -37,8 +37,8 @@ ZV_WIRE_FIELD(SAVEBITDEPTHENTRY, subtypes, 8);
 
 typedef struct tagSAVEFORMATENTRY {
   uint32_t reserved0;
-  int32_t format;                   /*  4: catalogue format id */
-  int32_t bitDepthCount;            /*  8: may be 0 */
+  int32_t format;                     /*  4: catalogue format id */
+  int32_t bitDepthCount;              /*  8: may be 0 */
   const SAVEBITDEPTHENTRY* bitDepths; /* 12: may be null: all of the format's */
 } SAVEFORMATENTRY;
 static_assert(sizeof(SAVEFORMATENTRY) == 20, "wire format");
@@ -47,7 +47,7 @@ ZV_WIRE_FIELD(SAVEFORMATENTRY, bitDepthCount, 8);
 ZV_WIRE_FIELD(SAVEFORMATENTRY, bitDepths, 12);
 
 typedef struct tagSAVEFILEDLGPARAMS {
-  uint32_t uStructSize;                /*   0: 874; 870, 813 and 796 are taken too, but all 874 bytes must be the caller's */
+  uint32_t uStructSize; /*   0: 874; 870, 813 and 796 are taken too, but all 874 bytes must be the caller's */
   wchar_t fileName[ZVDLG_PATH_LENGTH]; /*   4: out: the chosen path */
   BITMAPHANDLE* bitmap;                /* 532: to be saved; may be null without DLG_SAVE_WRITE_FILE */
   int32_t bitsPerPixel;                /* 540: in and out */

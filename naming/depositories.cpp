@@ -5,7 +5,8 @@
 namespace {
 
 constexpr UINT kTagStrings[kNamingTagCount] = {4571, 4572, 4573, 4574, 4575, 4576};
-constexpr UINT kDateTypeStrings[kDateTypeCount] = {4417, 4416};  // in falling order: the kernel has the long form second
+constexpr UINT kDateTypeStrings[kDateTypeCount] = {4417,
+                                                   4416};  // in falling order: the kernel has the long form second
 constexpr UINT kTimeTypeStrings[kTimeTypeCount] = {4418, 4419, 4420, 4421};
 constexpr UINT kCaseStrings[kCaseCount] = {4412, 4413, 4414, 4415};
 

@@ -8,14 +8,10 @@ namespace {
 CString ApplyCase(const CString& text, int32_t caseMode) {
   CString result = text;
   switch (caseMode) {
-    case CASE_UPPER:
-      return result.MakeUpper();
-    case CASE_LOWER:
-      return result.MakeLower();
-    case CASE_SWAP:
-      return SwapCase(text);
-    default:
-      return result;
+    case CASE_UPPER: return result.MakeUpper();
+    case CASE_LOWER: return result.MakeLower();
+    case CASE_SWAP: return SwapCase(text);
+    default: return result;
   }
 }
 
@@ -86,26 +82,17 @@ CString CZVNamingTemplateProcessor::ProcessTemplate(const CString& namingTemplat
 
 CString CZVNamingTemplateProcessor::Expand(int32_t tag, const CString& sourceName) const {
   switch (tag) {
-    case TAG_NUM:
-      return numeric_.Generate();
-    case TAG_ALPHA:
-      return alpha_.Generate();
-    case TAG_ALPHANUM:
-      return alnum_.Generate();
-    case TAG_DATE:
-      return date_.Generate();
-    case TAG_TIME:
-      return time_.Generate();
-    case TAG_SRC:
-      return sourceName;
-    default:
-      return CString();
+    case TAG_NUM: return numeric_.Generate();
+    case TAG_ALPHA: return alpha_.Generate();
+    case TAG_ALPHANUM: return alnum_.Generate();
+    case TAG_DATE: return date_.Generate();
+    case TAG_TIME: return time_.Generate();
+    case TAG_SRC: return sourceName;
+    default: return CString();
   }
 }
 
-bool IsTagEnabled(uint32_t mask, int32_t tag) {
-  return tag >= 0 && tag < kNamingTagCount && (mask & (1u << tag)) != 0;
-}
+bool IsTagEnabled(uint32_t mask, int32_t tag) { return tag >= 0 && tag < kNamingTagCount && (mask & (1u << tag)) != 0; }
 
 CString SwapCase(const CString& text) {
   CString swapped;

@@ -16,17 +16,10 @@ struct CharacterRange {
 CString CZVNumberingGenerator::Generate() const {
   CString text;
   switch (type_) {
-    case NUMBERING_NUMERIC:
-      text.Format(L"%d", counter_);
-      break;
-    case NUMBERING_ALPHA:
-      text = LettersAlone();
-      break;
-    case NUMBERING_ALPHANUM:
-      text = DigitsAndLetters();
-      break;
-    default:
-      break;
+    case NUMBERING_NUMERIC: text.Format(L"%d", counter_); break;
+    case NUMBERING_ALPHA: text = LettersAlone(); break;
+    case NUMBERING_ALPHANUM: text = DigitsAndLetters(); break;
+    default: break;
   }
   if (mask_.IsEmpty()) {
     return text;

@@ -14,7 +14,8 @@ CString MakeUniqueName(const CString& path, const RENAMETEMPLATEDATA& collision,
   CString candidate = path;
   CString freeName;
   while (exists(candidate)) {
-    candidate = CZVFileNameUtility::UpdateFileName(path, processor.ProcessTemplate(collision.namingTemplate, takenName));
+    candidate =
+        CZVFileNameUtility::UpdateFileName(path, processor.ProcessTemplate(collision.namingTemplate, takenName));
     freeName = candidate;
   }
   return freeName;

@@ -88,9 +88,8 @@ TEST_F(DirectoryDialog, GivesTheFolderItStartedInOnOk) {
 }
 
 TEST_F(DirectoryDialog, AcceptsANullParent) {
-  const int32_t result = DriveDialog([this] { return Z_DlgGetDirectory(nullptr, &params); }, [] {
-    PressOk(WaitForDialogWith(kFolderEdit));
-  });
+  const int32_t result = DriveDialog([this] { return Z_DlgGetDirectory(nullptr, &params); },
+                                     [] { PressOk(WaitForDialogWith(kFolderEdit)); });
   EXPECT_EQ(SUCCESS_DLG_OK, result);
 }
 
@@ -257,7 +256,8 @@ TEST_F(DirectoryDialog, ReportsItsHelpButtonAndContextHelp) {
     info.iContextType = HELPINFO_WINDOW;
     info.iCtrlId = kFolderEdit;
     info.hItemHandle = Control(dialog, kFolderEdit);
-    EXPECT_NE(0, ::SendMessageW(::GetParent(Control(dialog, kFolderEdit)), WM_HELP, 0, reinterpret_cast<LPARAM>(&info)));
+    EXPECT_NE(0,
+              ::SendMessageW(::GetParent(Control(dialog, kFolderEdit)), WM_HELP, 0, reinterpret_cast<LPARAM>(&info)));
     EXPECT_EQ(2, call.count);
     EXPECT_EQ(kFolderEdit, call.control);
     PressCancel(dialog);
@@ -302,11 +302,12 @@ TEST_F(DirectoryDialog, TakesEightBitRecords) {
   ansi.filterIndex = 1;
   ansi.title = "Eight bits";
   const std::string before = ansiFolder;
-  const int32_t result = DriveDialog([&] { return Z_DlgGetDirectoryA(parent.hwnd(), &ansi); }, [] {
-    const HWND dialog = WaitForDialogTitled(L"Eight bits");
-    SelectCombo(dialog, kTypeCombo, 1);
-    PressOk(dialog);
-  });
+  const int32_t result = DriveDialog([&] { return Z_DlgGetDirectoryA(parent.hwnd(), &ansi); },
+                                     [] {
+                                       const HWND dialog = WaitForDialogTitled(L"Eight bits");
+                                       SelectCombo(dialog, kTypeCombo, 1);
+                                       PressOk(dialog);
+                                     });
   EXPECT_EQ(SUCCESS_DLG_OK, result);
   EXPECT_EQ(before, ansiFolder);
   EXPECT_EQ(2, ansi.filterIndex);

@@ -76,9 +76,7 @@ void Check(HWND dialog, int controlId, bool checked) {
   }
 }
 
-void Command(HWND dialog, int commandId) {
-  ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(commandId, 0), 0);
-}
+void Command(HWND dialog, int commandId) { ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(commandId, 0), 0); }
 
 void SetText(HWND dialog, int controlId, const std::wstring& text) {
   const HWND control = Control(dialog, controlId);
@@ -157,7 +155,8 @@ void SelectListViewRows(HWND dialog, int controlId, const std::vector<int>& rows
 std::vector<int> SelectedListViewRows(HWND dialog, int controlId) {
   const HWND list = Control(dialog, controlId);
   std::vector<int> rows;
-  for (int row = -1; (row = static_cast<int>(Send(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED))) >= 0;) {
+  for (int row = -1;
+       (row = static_cast<int>(Send(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED))) >= 0;) {
     rows.push_back(row);
   }
   return rows;

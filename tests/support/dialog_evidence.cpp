@@ -94,8 +94,8 @@ TemporaryFolder::~TemporaryFolder() {
 
 std::wstring TemporaryFolder::AddFile(const std::wstring& name, const std::vector<uint8_t>& content) const {
   const std::filesystem::path path = File(name);
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(content.data()),
-                                              static_cast<std::streamsize>(content.size()));
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
   return path.wstring();
 }
 

@@ -110,7 +110,7 @@ TEST(AnsiFileInfo, FollowsTheFieldMap) {
   const auto* const to = reinterpret_cast<const uint8_t*>(&ansi);
   const struct {
     size_t ansi, wide, size;
-  } map[] = {{520, 1032, 4},  {524, 1036, 4},    {528, 1040, 4},  {532, 1044, 8}, {540, 1052, 8},
+  } map[] = {{520, 1032, 4},  {524, 1036, 4},    {528, 1040, 4},  {532, 1044, 8},  {540, 1052, 8},
              {568, 1100, 44}, {612, 1144, 1024}, {1636, 2168, 8}, {1644, 2176, 4}, {1648, 2180, 4}};
   for (const auto& field : map) {
     EXPECT_EQ(0, memcmp(to + field.ansi, from + field.wide, field.size)) << "at " << field.ansi;
@@ -183,7 +183,8 @@ TEST_P(AnsiFormatOptions, GetAnEightBitFaceName) {
 
 // Format number, bytes behind the face name.
 INSTANTIATE_TEST_SUITE_P(ByClass, AnsiFormatOptions,
-                         ::testing::Values(std::pair(56, size_t{0}), std::pair(261, size_t{0}), std::pair(58, size_t{4}),
-                                           std::pair(290, size_t{4}), std::pair(137, size_t{72})));
+                         ::testing::Values(std::pair(56, size_t{0}), std::pair(261, size_t{0}),
+                                           std::pair(58, size_t{4}), std::pair(290, size_t{4}),
+                                           std::pair(137, size_t{72})));
 
 }  // namespace
