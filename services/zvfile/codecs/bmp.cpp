@@ -1,25 +1,16 @@
 // Windows and OS/2 bitmaps, read and written here: the format is small. Reads 1 to 32 bits, RLE4 and RLE8, bit fields, alpha
-// masks, top-down files and the headers from OS/2 1.x to version 5; leaves embedded JPEG and PNG streams to others.
+// masks, top-down files and the headers from OS/2 1.x to version 5; leaves embedded JPEG and PNG streams to others. Writing
+// stands in bmp_save.cpp.
+#include "services/zvfile/codecs/bmp.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
 
-#include "services/zvfile/codec.h"
-
 namespace zvfile {
 namespace {
 
-constexpr uint32_t kFileHeaderBytes = 14;
-constexpr uint32_t kCoreHeaderBytes = 12;  // OS/2 1.x
-constexpr uint32_t kInfoHeaderBytes = 40;
-constexpr uint32_t kMaskHeaderBytes = 52;   // with the three colour masks inside
-constexpr uint32_t kAlphaHeaderBytes = 56;  // and the alpha mask
-constexpr uint32_t kVersion4Bytes = 108;
-constexpr uint32_t kVersion5Bytes = 124;
-constexpr double kInchesPerMetre = 0.0254;
 constexpr uint32_t kMostPixelsPerRleByte = 20000;  // a skip of four bytes passes 255 rows of 255 pixels
-
-enum Compression : uint32_t { kPlain = 0, kRle8 = 1, kRle4 = 2, kBitFields = 3, kAlphaBitFields = 6 };
 
 uint32_t Le(const uint8_t* bytes, int count) {
   uint32_t value = 0;
@@ -52,12 +43,12 @@ struct BmpHeader {
   uint64_t pixels = 0;  // offset
   uint64_t stride = 0;
   int32_t bits = 0;
-  uint32_t compression = kPlain;
+  uint32_t compression = kBmpPlain;
   bool topDown = false;
   Channel red, green, blue, alpha;
 
-  bool Rle() const { return compression == kRle4 || compression == kRle8; }
-  bool Masked() const { return compression == kBitFields || compression == kAlphaBitFields; }
+  bool Rle() const { return compression == kBmpRle4 || compression == kBmpRle8; }
+  bool Masked() const { return compression == kBmpBitFields || compression == kBmpAlphaBitFields; }
 };
 
 // --- Probe ---
@@ -66,7 +57,7 @@ bool ProbeBmp(ByteSource& source) {
   uint8_t head[18];
   if (!source.ReadExactly(head, sizeof head)) return false;
   const uint32_t size = Le(head + 14, 4);
-  return size == kCoreHeaderBytes || size == 16 || (size >= kInfoHeaderBytes && size <= kVersion5Bytes);
+  return size == kBmpCoreHeaderBytes || size == 16 || (size >= kBmpInfoHeaderBytes && size <= kBmpVersion5Bytes);
 }
 
 // --- Info ---
@@ -74,12 +65,12 @@ bool ProbeBmp(ByteSource& source) {
 void ReadMasks(const uint8_t* info, uint32_t size, const uint8_t* behind, BmpHeader& header) {
   if (!header.Masked()) return;
   // Up to 40 bytes the masks follow the header; later versions hold them inside, at the same place.
-  const bool inside = size >= kMaskHeaderBytes;
-  const uint8_t* masks = inside ? info + kInfoHeaderBytes : behind;
+  const bool inside = size >= kBmpMaskHeaderBytes;
+  const uint8_t* masks = inside ? info + kBmpInfoHeaderBytes : behind;
   header.red.Set(Le(masks, 4));
   header.green.Set(Le(masks + 4, 4));
   header.blue.Set(Le(masks + 8, 4));
-  const bool hasAlpha = inside ? size >= kAlphaHeaderBytes : header.compression == kAlphaBitFields;
+  const bool hasAlpha = inside ? size >= kBmpAlphaHeaderBytes : header.compression == kBmpAlphaBitFields;
   if (hasAlpha) header.alpha.Set(Le(masks + 12, 4));
 }
 
@@ -97,11 +88,11 @@ int32_t ChooseLayout(BmpHeader& header) {
     default: return ERROR_FILE_DAMAGED;
   }
   const bool rleFits =
-      (header.compression == kRle4 && header.bits == 4) || (header.compression == kRle8 && header.bits == 8);
+      (header.compression == kBmpRle4 && header.bits == 4) || (header.compression == kBmpRle8 && header.bits == 8);
   const bool masksFit = header.bits == 16 || header.bits == 32;
   if (header.Rle()) return rleFits && !header.topDown ? SUCCESS : ERROR_FILE_DAMAGED;
   if (header.Masked()) return masksFit ? SUCCESS : ERROR_FILE_DAMAGED;
-  return header.compression == kPlain ? SUCCESS : ERROR_FILE_FORMAT;
+  return header.compression == kBmpPlain ? SUCCESS : ERROR_FILE_FORMAT;
 }
 
 int32_t ReadPalette(ByteSource& source, uint64_t offset, int entryBytes, uint32_t used, BmpHeader& header) {
@@ -133,13 +124,13 @@ int32_t CheckSize(ByteSource& source, const LoadRequest& request, const BmpHeade
 
 int32_t ReadBmpHeader(ByteSource& source, const LoadRequest& request, BmpHeader& header) {
   if (request.page > 1) return ERROR_PAGE_MISSING;
-  uint8_t bytes[kFileHeaderBytes + kVersion5Bytes + 16] = {};
+  uint8_t bytes[kBmpFileHeaderBytes + kBmpVersion5Bytes + 16] = {};
   const size_t read = source.ReadAt(0, bytes, sizeof bytes);
-  if (read < kFileHeaderBytes + kCoreHeaderBytes) return ERROR_FILE_DAMAGED;
-  const uint8_t* info = bytes + kFileHeaderBytes;
+  if (read < kBmpFileHeaderBytes + kBmpCoreHeaderBytes) return ERROR_FILE_DAMAGED;
+  const uint8_t* info = bytes + kBmpFileHeaderBytes;
   const uint32_t size = Le(info, 4);
-  const bool core = size == kCoreHeaderBytes;
-  if (read < kFileHeaderBytes + size || (!core && size < 16) || size > kVersion5Bytes) return ERROR_FILE_DAMAGED;
+  const bool core = size == kBmpCoreHeaderBytes;
+  if (read < kBmpFileHeaderBytes + size || (!core && size < 16) || size > kBmpVersion5Bytes) return ERROR_FILE_DAMAGED;
   const auto field = [&](uint32_t offset, int count) { return offset < size ? Le(info + offset, count) : 0; };
   int64_t height = 0;
   if (core) {
@@ -151,16 +142,16 @@ int32_t ReadBmpHeader(ByteSource& source, const LoadRequest& request, BmpHeader&
     height = static_cast<int32_t>(field(8, 4));
     header.bits = static_cast<int32_t>(field(14, 2));
     header.compression = field(16, 4);
-    header.image.xResolution = static_cast<int32_t>(field(24, 4)) * kInchesPerMetre;
-    header.image.yResolution = static_cast<int32_t>(field(28, 4)) * kInchesPerMetre;
+    header.image.xResolution = static_cast<int32_t>(field(24, 4)) * kBmpInchesPerMetre;
+    header.image.yResolution = static_cast<int32_t>(field(28, 4)) * kBmpInchesPerMetre;
   }
   header.topDown = height < 0;
   height = height < 0 ? -height : height;
   if (height > request.limits.maxSide) return ERROR_LIMIT_EXCEEDED;
   header.image.height = static_cast<int32_t>(height);
   ReadMasks(info, size, info + size, header);
-  uint64_t palette = kFileHeaderBytes + uint64_t{size};
-  if (size == kInfoHeaderBytes && header.Masked()) palette += header.compression == kAlphaBitFields ? 16 : 12;
+  uint64_t palette = kBmpFileHeaderBytes + uint64_t{size};
+  if (size == kBmpInfoHeaderBytes && header.Masked()) palette += header.compression == kBmpAlphaBitFields ? 16 : 12;
   int32_t result = ChooseLayout(header);
   if (result != SUCCESS) return result;
   const int entryBytes = core ? 3 : 4;
@@ -300,152 +291,6 @@ int32_t BmpLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   if (result != SUCCESS) return result;
   if (!header.Rle()) return LoadPlain(source, header, sink);
   return RleDecoder(source, header, sink).Run() ? sink.Commit(header.image.height) : ERROR_FILE_DAMAGED;
-}
-
-// --- Save ---
-
-// The 4- or 8-bit run-length code of one row, without its end-of-line pair.
-void EncodeRow(const uint8_t* indices, int32_t width, int bits, std::vector<uint8_t>& code) {
-  constexpr int32_t kLongest = 255;
-  const auto runAt = [&](int32_t x) {
-    int32_t end = x + 1;
-    while (end < width && end - x < kLongest && indices[end] == indices[x]) ++end;
-    return end - x;
-  };
-  constexpr int32_t kWorthARun = 3;
-  int32_t x = 0;
-  while (x < width) {
-    const int32_t run = runAt(x);
-    int32_t literals = 0;
-    while (x + literals < width && literals + kWorthARun <= kLongest && runAt(x + literals) < kWorthARun) ++literals;
-    if (literals < kWorthARun) {  // shorter literals are no literals: their counts mean escapes
-      code.push_back(static_cast<uint8_t>(run));
-      code.push_back(static_cast<uint8_t>(bits == 8 ? indices[x] : indices[x] * 17));
-      x += run;
-      continue;
-    }
-    code.push_back(0);
-    code.push_back(static_cast<uint8_t>(literals));
-    const size_t start = code.size();
-    for (int32_t i = 0; i < literals; ++i, ++x) {
-      if (bits == 8) {
-        code.push_back(indices[x]);
-      } else if (i % 2 == 0) {
-        code.push_back(static_cast<uint8_t>(indices[x] << 4));
-      } else {
-        code.back() |= indices[x];
-      }
-    }
-    if ((code.size() - start) % 2) code.push_back(0);
-  }
-}
-
-struct SaveLayout {
-  int bits = 24;
-  bool alpha = false;
-  bool rle = false;
-  uint64_t stride = 0;
-  uint32_t headerBytes = kInfoHeaderBytes;
-  uint32_t paletteEntries = 0;
-  uint32_t PixelOffset() const { return kFileHeaderBytes + headerBytes + paletteEntries * 4; }
-};
-
-uint32_t CompressionOf(const SaveLayout& layout) {
-  if (layout.rle) return layout.bits == 4 ? kRle4 : kRle8;
-  return layout.alpha ? kBitFields : kPlain;
-}
-
-void WriteHeaders(ByteSink& sink, const SaveRequest& request, const RowSource& rows, const SaveLayout& layout,
-                  uint64_t pixelBytes) {
-  const auto perMetre = [](int32_t dpi) { return static_cast<uint64_t>(dpi / kInchesPerMetre + 0.5); };
-  sink.Seek(0);
-  sink.Write("BM", 2);
-  sink.WriteLe(layout.PixelOffset() + pixelBytes, 4);
-  sink.WriteLe(0, 4);
-  sink.WriteLe(layout.PixelOffset(), 4);
-  sink.WriteLe(layout.headerBytes, 4);
-  sink.WriteLe(static_cast<uint32_t>(rows.Width()), 4);
-  sink.WriteLe(static_cast<uint32_t>(rows.Height()), 4);
-  sink.WriteLe(1, 2);
-  sink.WriteLe(static_cast<uint32_t>(layout.bits), 2);
-  sink.WriteLe(CompressionOf(layout), 4);
-  sink.WriteLe(pixelBytes, 4);
-  sink.WriteLe(perMetre(request.xResolution), 4);
-  sink.WriteLe(perMetre(request.yResolution), 4);
-  sink.WriteLe(layout.paletteEntries, 4);
-  sink.WriteLe(0, 4);
-  if (layout.alpha) {
-    for (const uint32_t mask : {0x00FF0000u, 0x0000FF00u, 0x000000FFu, 0xFF000000u}) sink.WriteLe(mask, 4);
-    sink.Write("BGRs", 4);  // LCS_sRGB, little-endian
-    const uint8_t zeros[kVersion4Bytes - kAlphaHeaderBytes - 4] = {};
-    sink.Write(zeros, sizeof zeros);
-  }
-  for (uint32_t i = 0; i < layout.paletteEntries; ++i) {
-    const ZVPALETTEENTRY entry = i < rows.GetPalette().size() ? rows.GetPalette()[i] : ZVPALETTEENTRY{};
-    const uint8_t bytes[4] = {entry.blue, entry.green, entry.red, 0};
-    sink.Write(bytes, 4);
-  }
-}
-
-int32_t WritePlainRows(ByteSink& sink, RowSource& rows, const SaveLayout& layout) {
-  const size_t stride = static_cast<size_t>(layout.stride);
-  const size_t rowBytes = PackedRowBytes(rows.GetLayout(), rows.Width());
-  const int32_t blockRows = static_cast<int32_t>(std::clamp<size_t>(256 * 1024 / stride, 1, 64));
-  std::vector<uint8_t> block(stride * static_cast<size_t>(blockRows));
-  for (int32_t first = 0; first < rows.Height(); first += blockRows) {
-    const int32_t count = std::min(blockRows, rows.Height() - first);
-    for (int32_t i = 0; i < count; ++i) {
-      const uint8_t* row = rows.Next();
-      if (!row) return rows.Error();
-      std::memcpy(block.data() + stride * static_cast<size_t>(count - 1 - i), row, rowBytes);
-    }
-    sink.Seek(layout.PixelOffset() + layout.stride * static_cast<uint64_t>(rows.Height() - first - count));
-    if (!sink.Write(block.data(), stride * static_cast<size_t>(count))) return ERROR_FILE_WRITE;
-  }
-  return SUCCESS;
-}
-
-int32_t WriteRleRows(ByteSink& sink, RowSource& rows, const SaveLayout& layout, uint64_t& pixelBytes) {
-  const size_t width = static_cast<size_t>(rows.Width());
-  std::vector<uint8_t> image(width * static_cast<size_t>(rows.Height()));
-  int32_t result = rows.Begin(Layout::kIndex8);
-  if (result == SUCCESS) result = rows.ReadAll(image.data(), width);
-  if (result != SUCCESS) return result;
-  sink.Seek(layout.PixelOffset());
-  std::vector<uint8_t> code;
-  for (int32_t y = rows.Height() - 1; y >= 0; --y) {
-    code.clear();
-    EncodeRow(image.data() + width * static_cast<size_t>(y), rows.Width(), layout.bits, code);
-    code.push_back(0);
-    code.push_back(y == 0 ? 1 : 0);
-    if (!sink.Write(code.data(), code.size())) return ERROR_FILE_WRITE;
-    pixelBytes += code.size();
-  }
-  return SUCCESS;
-}
-
-int32_t BmpSave(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
-  const Layout wanted = rows.GetLayout();
-  SaveLayout layout;
-  layout.bits = BitsPerPixel(wanted);
-  layout.alpha = HasAlpha(wanted);
-  layout.rle = request.format == FMT_BMP_RLE;
-  layout.headerBytes = layout.alpha ? kVersion4Bytes : kInfoHeaderBytes;
-  layout.paletteEntries = IsIndexed(wanted) ? 1u << layout.bits : 0;
-  layout.stride = (static_cast<uint64_t>(rows.Width()) * static_cast<uint32_t>(layout.bits) + 31) / 32 * 4;
-  uint64_t pixelBytes = layout.stride * static_cast<uint64_t>(rows.Height());
-  if (pixelBytes > UINT32_MAX - layout.PixelOffset()) return ERROR_LIMIT_EXCEEDED;
-  int32_t result = SUCCESS;
-  if (layout.rle) {
-    pixelBytes = 0;
-    result = WriteRleRows(sink, rows, layout, pixelBytes);
-  } else {
-    result = rows.Begin(wanted);
-    if (result == SUCCESS) result = WritePlainRows(sink, rows, layout);
-  }
-  if (result != SUCCESS) return result;
-  WriteHeaders(sink, request, rows, layout, pixelBytes);
-  return sink.Failed() ? ERROR_FILE_WRITE : SUCCESS;
 }
 
 // --- Table row ---

@@ -1,106 +1,19 @@
 // JPEG 2000 through OpenJPEG: bare code streams and the JP2 family of files. An image can be loaded at any of its resolution
-// levels; the load size chooses the smallest level that is not smaller than asked for.
-#include <openjpeg.h>
-
+// levels; the load size chooses the smallest level that is not smaller than asked for. Writing stands in j2k_save.cpp.
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <limits>
-#include <memory>
 
 #include "services/zvfile/codecs/color_transform.h"
-#include "services/zvfile/codecs/jpeg.h"
+#include "services/zvfile/codecs/j2k_objects.h"
 
 namespace zvfile {
 namespace {
 
-constexpr size_t kStreamBytes = 256 * 1024;
 constexpr uint32_t kMostBytesPerByte = 30000;  // empty code blocks cost next to nothing
 constexpr int32_t kMostReductions = 32;
 constexpr char kBoxSignature[] = "\0\0\0\x0CjP  \r\n\x87\n";
 constexpr char kCodeSignature[] = "\xFF\x4F\xFF\x51";
-
-// --- State and callbacks ---
-
-struct CodecDeleter {
-  void operator()(opj_codec_t* codec) const { opj_destroy_codec(codec); }
-};
-struct StreamDeleter {
-  void operator()(opj_stream_t* stream) const { opj_stream_destroy(stream); }
-};
-struct ImageDeleter {
-  void operator()(opj_image_t* image) const { opj_image_destroy(image); }
-};
-using CodecHandle = std::unique_ptr<opj_codec_t, CodecDeleter>;
-using StreamHandle = std::unique_ptr<opj_stream_t, StreamDeleter>;
-using ImageHandle = std::unique_ptr<opj_image_t, ImageDeleter>;
-
-void OnMessage(const char*, void*) {}
-
-OPJ_SIZE_T OnRead(void* buffer, OPJ_SIZE_T bytes, void* user) {
-  const size_t count = static_cast<ByteSource*>(user)->Read(buffer, bytes);
-  return count == 0 ? static_cast<OPJ_SIZE_T>(-1) : count;
-}
-
-OPJ_OFF_T OnSkipRead(OPJ_OFF_T bytes, void* user) {
-  ByteSource* source = static_cast<ByteSource*>(user);
-  if (bytes < 0 && static_cast<uint64_t>(-bytes) > source->Tell()) return -1;
-  source->Seek(source->Tell() + static_cast<uint64_t>(bytes));
-  return bytes;
-}
-
-OPJ_BOOL OnSeekRead(OPJ_OFF_T offset, void* user) {
-  ByteSource* source = static_cast<ByteSource*>(user);
-  if (offset < 0 || static_cast<uint64_t>(offset) > source->Size()) return OPJ_FALSE;
-  source->Seek(static_cast<uint64_t>(offset));
-  return OPJ_TRUE;
-}
-
-OPJ_SIZE_T OnWrite(void* buffer, OPJ_SIZE_T bytes, void* user) {
-  return static_cast<ByteSink*>(user)->Write(buffer, bytes) ? bytes : static_cast<OPJ_SIZE_T>(-1);
-}
-
-OPJ_OFF_T OnSkipWrite(OPJ_OFF_T bytes, void* user) {
-  ByteSink* sink = static_cast<ByteSink*>(user);
-  sink->Seek(sink->Tell() + static_cast<uint64_t>(bytes));
-  return bytes;
-}
-
-OPJ_BOOL OnSeekWrite(OPJ_OFF_T offset, void* user) {
-  static_cast<ByteSink*>(user)->Seek(static_cast<uint64_t>(offset));
-  return OPJ_TRUE;
-}
-
-StreamHandle MakeReader(ByteSource& source) {
-  StreamHandle stream(opj_stream_create(kStreamBytes, OPJ_TRUE));
-  if (!stream) return stream;
-  opj_stream_set_user_data(stream.get(), &source, nullptr);
-  opj_stream_set_user_data_length(stream.get(), source.Size());
-  opj_stream_set_read_function(stream.get(), OnRead);
-  opj_stream_set_skip_function(stream.get(), OnSkipRead);
-  opj_stream_set_seek_function(stream.get(), OnSeekRead);
-  return stream;
-}
-
-StreamHandle MakeWriter(ByteSink& sink) {
-  StreamHandle stream(opj_stream_create(kStreamBytes, OPJ_FALSE));
-  if (!stream) return stream;
-  opj_stream_set_user_data(stream.get(), &sink, nullptr);
-  opj_stream_set_write_function(stream.get(), OnWrite);
-  opj_stream_set_skip_function(stream.get(), OnSkipWrite);
-  opj_stream_set_seek_function(stream.get(), OnSeekWrite);
-  return stream;
-}
-
-CodecHandle MakeCodec(bool codeStream, bool decoder) {
-  const OPJ_CODEC_FORMAT format = codeStream ? OPJ_CODEC_J2K : OPJ_CODEC_JP2;
-  CodecHandle codec(decoder ? opj_create_decompress(format) : opj_create_compress(format));
-  if (!codec) return codec;
-  opj_set_error_handler(codec.get(), OnMessage, nullptr);
-  opj_set_warning_handler(codec.get(), OnMessage, nullptr);
-  opj_set_info_handler(codec.get(), OnMessage, nullptr);
-  return codec;
-}
 
 // --- Info ---
 
@@ -110,9 +23,9 @@ bool IsCodeStream(ByteSource& source) {
 }
 
 struct Opened {
-  StreamHandle stream;
-  CodecHandle codec;
-  ImageHandle image;
+  J2kStream stream;
+  J2kCodecHandle codec;
+  J2kImage image;
   int32_t reductions = 0;  // that the file offers below full size
   int32_t width = 0, height = 0;
 };
@@ -136,8 +49,8 @@ int32_t ReductionsOf(opj_codec_t* codec) {
 int32_t OpenFile(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (request.page > 1) return ERROR_PAGE_MISSING;
   source.Seek(0);
-  opened.stream = MakeReader(source);
-  opened.codec = MakeCodec(IsCodeStream(source), true);
+  opened.stream = MakeJ2kReader(source);
+  opened.codec = MakeJ2kCodec(IsCodeStream(source), true);
   if (!opened.stream || !opened.codec) return ERROR_OUT_OF_MEMORY;
   opj_dparameters_t parameters;
   opj_set_default_decoder_parameters(&parameters);
@@ -317,118 +230,6 @@ int32_t J2kLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   if (IsInks(*opened.image)) inkProfile.swap(header.metadata.profile);  // the rows are sRGB from here on
   result = sink.Begin(header);
   return result == SUCCESS ? PushRows(*opened.image, header, inkProfile, sink) : result;
-}
-
-// --- Save ---
-
-// OpenJPEG's compression ratio for what the options ask; 1 lossless, 0 a quality of its own.
-float RatioFor(const J2KSAVEOPTION& option, uint64_t rawBytes) {
-  enum Control { kLossless = 0, kRatio = 1, kTargetSize = 2 };
-  switch (option.compressionControl) {
-    case kLossless: return 1.0F;
-    case kRatio: return std::max(option.compressionRatio, 1.0F);
-    case kTargetSize:
-      return option.targetFileSize == 0
-                 ? 1.0F
-                 : std::max(1.0F, static_cast<float>(static_cast<double>(rawBytes) /
-                                                     static_cast<double>(option.targetFileSize)));
-    default: return 0.0F;
-  }
-}
-
-// The signal to noise ratio that a QFactor stands for, in dB: 50 at 2 down to 25 at 255.
-float PsnrFor(int32_t qFactor) { return 25.0F + static_cast<float>(JpegQuality(qFactor)) * 0.25F; }
-
-int32_t LevelsFor(const J2KSAVEOPTION& option, const RowSource& rows) {
-  // More halvings than the image has make sense to no decoder.
-  int32_t most = 0;
-  while (most < 32 && (std::min(rows.Width(), rows.Height()) >> (most + 1)) > 0) ++most;
-  return std::min(static_cast<int32_t>(option.decompositionLevel), most);
-}
-
-bool IsPowerOfTwo(uint32_t value) { return value >= 4 && value <= 64 && (value & (value - 1)) == 0; }
-
-void SetParameters(const SaveRequest& request, const RowSource& rows, int32_t channels, opj_cparameters_t& parameters) {
-  const J2KSAVEOPTION& option = request.j2k;
-  opj_set_default_encoder_parameters(&parameters);
-  const uint64_t rawBytes =
-      static_cast<uint64_t>(rows.Width()) * static_cast<uint64_t>(rows.Height()) * static_cast<uint32_t>(channels);
-  const float ratio = RatioFor(option, rawBytes);
-  parameters.tcp_numlayers = 1;
-  if (ratio > 0) {
-    parameters.cp_disto_alloc = 1;
-    parameters.tcp_rates[0] = ratio;
-  } else {
-    parameters.cp_fixed_quality = 1;
-    parameters.tcp_distoratio[0] = PsnrFor(request.quality);
-  }
-  parameters.irreversible = ratio == 1.0F ? 0 : 1;
-  parameters.numresolution = LevelsFor(option, rows) + 1;
-  if (IsPowerOfTwo(option.codeBlockWidth)) parameters.cblockw_init = static_cast<int>(option.codeBlockWidth);
-  if (IsPowerOfTwo(option.codeBlockHeight)) parameters.cblockh_init = static_cast<int>(option.codeBlockHeight);
-  parameters.mode = static_cast<int>(option.codeBlockFlags & 0x3F);
-  if (option.progressionOrder <= OPJ_CPRL) parameters.prog_order = static_cast<OPJ_PROG_ORDER>(option.progressionOrder);
-  if (option.useSOPMarker) parameters.csty |= 2;
-  if (option.useEPHMarker) parameters.csty |= 4;
-  if (option.tileWidth > 0 && option.tileHeight > 0) {
-    parameters.tile_size_on = OPJ_TRUE;
-    parameters.cp_tdx = static_cast<int>(std::min<uint32_t>(option.tileWidth, static_cast<uint32_t>(rows.Width())));
-    parameters.cp_tdy = static_cast<int>(std::min<uint32_t>(option.tileHeight, static_cast<uint32_t>(rows.Height())));
-  }
-  parameters.tcp_mct = channels >= 3 && option.useColorTransform ? 1 : 0;
-}
-
-ImageHandle MakeImage(const RowSource& rows, int32_t channels, bool alpha) {
-  std::vector<opj_image_cmptparm_t> components(static_cast<size_t>(channels));
-  for (opj_image_cmptparm_t& component : components) {
-    component = {};
-    component.dx = component.dy = 1;
-    component.w = static_cast<OPJ_UINT32>(rows.Width());
-    component.h = static_cast<OPJ_UINT32>(rows.Height());
-    component.prec = 8;
-  }
-  const OPJ_COLOR_SPACE space = channels == 1 ? OPJ_CLRSPC_GRAY : OPJ_CLRSPC_SRGB;
-  ImageHandle image(opj_image_create(static_cast<OPJ_UINT32>(channels), components.data(), space));
-  if (!image) return image;
-  image->x1 = static_cast<OPJ_UINT32>(rows.Width());
-  image->y1 = static_cast<OPJ_UINT32>(rows.Height());
-  if (alpha) image->comps[channels - 1].alpha = 1;
-  return image;
-}
-
-int32_t FillImage(RowSource& rows, int32_t channels, opj_image_t& image) {
-  for (int32_t y = 0; y < rows.Height(); ++y) {
-    const uint8_t* row = rows.Next();
-    if (!row) return rows.Error();
-    const size_t start = static_cast<size_t>(y) * static_cast<size_t>(rows.Width());
-    for (int32_t x = 0; x < rows.Width(); ++x) {
-      for (int32_t c = 0; c < channels; ++c) image.comps[c].data[start + static_cast<size_t>(x)] = *row++;
-    }
-  }
-  return SUCCESS;
-}
-
-int32_t J2kSave(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
-  const Layout given = rows.GetLayout();
-  const bool gray = IsGray(given);
-  const bool alpha = BitsPerPixel(given) == 32;
-  const int32_t channels = gray ? 1 : alpha ? 4 : 3;
-  int32_t result = rows.Begin(gray ? Layout::kGray8 : LayoutForDepth(alpha ? 32 : 24, false, alpha, true));
-  if (result != SUCCESS) return result;
-  const ImageHandle image = MakeImage(rows, channels, alpha);
-  if (!image) return ERROR_OUT_OF_MEMORY;
-  result = FillImage(rows, channels, *image);
-  if (result != SUCCESS) return result;
-  opj_cparameters_t parameters;
-  SetParameters(request, rows, channels, parameters);
-  const CodecHandle codec = MakeCodec(request.format == FMT_J2K, false);
-  const StreamHandle stream = MakeWriter(sink);
-  if (!codec || !stream) return ERROR_OUT_OF_MEMORY;
-  if (!opj_setup_encoder(codec.get(), &parameters, image.get())) return ERROR_BAD_ARGUMENT;
-  const bool written = opj_start_compress(codec.get(), image.get(), stream.get()) &&
-                       opj_encode(codec.get(), stream.get()) && opj_end_compress(codec.get(), stream.get());
-  if (sink.Failed()) return ERROR_FILE_WRITE;
-  return written ? SUCCESS : ERROR_OUT_OF_MEMORY;
 }
 
 // --- Table row ---
