@@ -124,6 +124,16 @@ int RunBare(const Arguments& arguments) {
   return 0;
 }
 
+// Whether a label of the window shows the text.
+bool ShowsText(HWND window, const std::wstring& text) {
+  for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    wchar_t shown[MAX_PATH] = {};
+    InternalGetWindowText(child, shown, MAX_PATH);
+    if (text == shown) return true;
+  }
+  return false;
+}
+
 int RunAdd(const Arguments& arguments) {
   FILECONVERSIONDLGPARAMS params{};
   params.uStructSize = sizeof params;
@@ -139,8 +149,9 @@ int RunAdd(const Arguments& arguments) {
         const HWND dialog = zvtest::WaitForConversionDialog();
         zvtest::Click(dialog, IDB_CONV_ADD_FOLDER);
         HWND browser = nullptr;
-        zvtest::WaitUntil([&] { return (browser = GetLastActivePopup(dialog)) != dialog && IsWindowVisible(browser); },
-                          "the folder browser");
+        zvtest::WaitUntil(
+            [&] { return (browser = GetLastActivePopup(dialog)) != dialog && ShowsText(browser, arguments[0]); },
+            "the folder browser");
         const Stopwatch watch;
         zvtest::Click(browser, IDOK);
         const HWND progress = zvtest::WaitForDialogWith(IDP_CONV_ADD);
