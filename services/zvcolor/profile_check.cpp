@@ -79,7 +79,8 @@ bool AreTagsInside(ByteView profile, uint32_t count) {
   return true;
 }
 
-// Section 7.2.18: MD5 of the profile with flags, rendering intent and the checksum itself zero. All zero means none was made.
+// Section 7.2.18: MD5 of the profile with flags, rendering intent and the checksum itself zero. All zero means none was made;
+// before version 4 there was none, and the bytes may hold anything.
 bool IsChecksumRight(ByteView profile) {
   constexpr size_t kFlagsAt = 44, kIntentAt = 64, kChecksumAt = 84;
   const ByteView given = profile.subspan(kChecksumAt, sizeof(cmsProfileID));
@@ -113,18 +114,17 @@ bool HasUsableColors(ByteView bytes, uint32_t deviceClass) {
   if (!profile) {
     return false;
   }
+  if (deviceClass == kNamedColor) {
+    return cmsReadTag(profile.get(), cmsSigNamedColor2Tag);
+  }
   for (const cmsTagSignature tag : kColorTags) {
     if (cmsIsTag(profile.get(), tag) && !cmsReadTag(profile.get(), tag)) {
       return false;
     }
   }
   const bool hasTable = cmsIsTag(profile.get(), cmsSigAToB0Tag) || cmsIsTag(profile.get(), cmsSigDToB0Tag);
-  switch (deviceClass) {
-    case kDeviceLink:
-    case kAbstract: return hasTable;
-    case kNamedColor: return cmsIsTag(profile.get(), cmsSigNamedColor2Tag);
-    default: return hasTable || cmsIsMatrixShaper(profile.get());
-  }
+  const bool needsTable = deviceClass == kDeviceLink || deviceClass == kAbstract;
+  return hasTable || (!needsTable && cmsIsMatrixShaper(profile.get()));
 }
 
 }  // namespace
@@ -167,7 +167,7 @@ int32_t CheckProfile(ByteView& profile) {
       (Has(kSpaces, header.colorSpace) || IsColorantSpace(header.colorSpace)) &&
       (header.connectionSpace == kXyz || header.connectionSpace == kLab || header.deviceClass == kDeviceLink);
   if (!Has(kClasses, header.deviceClass) || !knowsSpaces || !AreTagsInside(profile, header.tagCount) ||
-      !IsChecksumRight(profile) || !HasUsableColors(profile, header.deviceClass)) {
+      (major >= 4 && !IsChecksumRight(profile)) || !HasUsableColors(profile, header.deviceClass)) {
     return ERROR_PROFILE_DAMAGED;
   }
   return SUCCESS;

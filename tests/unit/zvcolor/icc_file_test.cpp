@@ -157,6 +157,29 @@ TEST_F(IccFile, WithACurveOfNoKnownTypeIsDamaged) {
   EXPECT_EQ(ERROR_PROFILE_DAMAGED, LoadIcc(bytes));
 }
 
+TEST_F(IccFile, OfVersion2HasNoChecksumWhateverStandsInItsPlace) {
+  FileBytes bytes = RgbProfile({2.1});
+  bytes[kChecksumAt] = 0x55;
+  EXPECT_EQ(SUCCESS, LoadIcc(bytes));
+}
+
+TEST_F(IccFile, OfNamedColorsNeedsNothingButTheirList) {
+  cmsHPROFILE named = cmsCreateProfilePlaceholder(nullptr);
+  cmsSetDeviceClass(named, cmsSigNamedColorClass);
+  cmsSetColorSpace(named, cmsSigLabData);
+  cmsSetPCS(named, cmsSigLabData);
+  cmsNAMEDCOLORLIST* list = cmsAllocNamedColorList(nullptr, 1, 3, "", "");
+  cmsUInt16Number place[3] = {0x8000, 0x8000, 0x8000};
+  cmsUInt16Number colorants[cmsMAXCHANNELS] = {};
+  cmsAppendNamedColor(list, "White", place, colorants);
+  cmsWriteTag(named, cmsSigNamedColor2Tag, list);
+  cmsFreeNamedColorList(list);
+  const FileBytes bytes = FinishProfile(named, {4.3});
+  ASSERT_EQ(SUCCESS, LoadIcc(bytes));
+  EXPECT_EQ(ERROR_FEATURE_UNSUPPORTED, SaveImage(Picture(L"a.png", {40, 20, FMT_PNG}), bytes))
+      << "no image has such colours";
+}
+
 TEST_F(IccFile, PaddedToAMultipleOfFourLosesThePadding) {
   FileBytes bytes = RgbProfile();
   const FileBytes whole = bytes;

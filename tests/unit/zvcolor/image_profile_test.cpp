@@ -414,6 +414,24 @@ TEST_F(ImageProfile, CannotBeHeldByFormatsWithoutAPlaceForIt) {
   }
 }
 
+TEST_F(ImageProfile, OfAWebPIsReadButNotWritten) {
+  const FileBytes bytes = RgbProfile({2.1});
+  uint32_t memory = 0;
+  GetDefaultBitmapMemoryFlags(&memory);
+  BITMAPHANDLE bitmap = {};
+  ASSERT_EQ(SUCCESS, InitBitmapHandle(&bitmap, sizeof(bitmap), 40, 20, 24));
+  ASSERT_EQ(SUCCESS, AllocateBitmap(&bitmap, memory));
+  const std::wstring plain = folder.File(L"plain.webp"), tagged = folder.File(L"tagged.webp");
+  EXPECT_EQ(SUCCESS, SaveBitmapToFile(plain.c_str(), &bitmap, FMT_WEBP, 24, 2, nullptr));
+  SetBitmapMetadata(&bitmap, METADATA_ICC_PROFILE, bytes.data(), bytes.size());
+  EXPECT_EQ(SUCCESS, SaveBitmapToFile(tagged.c_str(), &bitmap, FMT_WEBP, 24, 2, nullptr));
+  FreeBitmap(&bitmap);
+  EXPECT_EQ(ERROR_PROFILE_MISSING, LoadFrom(plain));
+  ASSERT_EQ(SUCCESS, LoadFrom(tagged));
+  EXPECT_EQ(bytes, Loaded());
+  EXPECT_EQ(ERROR_PROFILE_REFUSED, SaveImage(tagged, bytes));
+}
+
 TEST_F(ImageProfile, CannotBeSoughtInAFileOfNoKnownFormat) {
   const std::wstring path = folder.AddFile(L"notes.jpg", FileBytes(500, 'x'));
   EXPECT_EQ(ERROR_FILE_FORMAT, LoadFrom(path));
