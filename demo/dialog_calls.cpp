@@ -25,6 +25,17 @@ constexpr DialogCall kCalls[] = {
     {ID_ANSI_ASSOCIATIONS, L"Z_DlgFilesAssociationA", CallFilesAssociationA},
 };
 
+// A profile that the dialog gave is ours. The colour library is found at run time, as the dialog does it, so that the viewer
+// starts without it.
+void FreeProfile(ICCPROFILEDATA& profile) {
+  if (const HMODULE library = LoadLibraryW(L"zvcolor.dll")) {
+    const auto free = reinterpret_cast<int32_t(ZV_CALL*)(ICCPROFILEDATA*)>(
+        reinterpret_cast<void*>(GetProcAddress(library, "Z_FreeICCProfile")));
+    if (free) free(&profile);
+    FreeLibrary(library);
+  }
+}
+
 }  // namespace
 
 const DialogCall* FindDialogCall(int command) {
@@ -121,7 +132,9 @@ int32_t CallICCProfile(HWND parent, Picture& picture, std::wstring&) {
   params.uStructSize = sizeof params;
   params.flags = DLG_ICC_SHOW_LOAD | DLG_ICC_SHOW_SAVE;
   lstrcpynW(params.loadPath, picture.Path().c_str(), ZVDLG_PATH_LENGTH);
-  return Z_DlgICCProfile(parent, &params);
+  const int32_t result = Z_DlgICCProfile(parent, &params);
+  FreeProfile(params.iccProfile);
+  return result;
 }
 
 int32_t CallFilesAssociation(HWND parent, Picture&, std::wstring&) {
