@@ -24,9 +24,7 @@ void MoveInside(HWND control, const RECT& rect) {
   ::MoveWindow(control, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, TRUE);
 }
 
-void SetControlString(HWND outer, int id, UINT stringId) {
-  ::SetDlgItemTextW(outer, id, LoadDialogString(stringId));
-}
+void SetControlString(HWND outer, int id, UINT stringId) { ::SetDlgItemTextW(outer, id, LoadDialogString(stringId)); }
 
 void ApplyDialogFont(HWND outer) {
   const HFONT font = GetDialogFont();

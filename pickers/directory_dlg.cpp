@@ -29,8 +29,8 @@ BEGIN_MESSAGE_MAP(CZVDirectoryDlg, CFileDialog)
 END_MESSAGE_MAP()
 
 CZVDirectoryDlg::CZVDirectoryDlg(CWnd* parent)
-    : CFileDialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_ENABLEHOOK | OFN_ENABLETEMPLATE | OFN_EXPLORER, nullptr,
-                  parent, 0, TRUE) {}
+    : CFileDialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_ENABLEHOOK | OFN_ENABLETEMPLATE | OFN_EXPLORER,
+                  nullptr, parent, 0, TRUE) {}
 
 int32_t CZVDirectoryDlg::PickDirectory(DIRECTORYDLGPARAMS& params) {
   const int32_t usable = CheckDirectoryParams(params);
@@ -55,7 +55,8 @@ int32_t CZVDirectoryDlg::Run(DIRECTORYDLGPARAMS& params) {
   m_ofn.lpTemplateName = MAKEINTRESOURCEW(IDD_DIRECTORY);
   m_ofn.lpstrFilter = params.filter;
   m_ofn.nFilterIndex = static_cast<DWORD>(params.filterIndex);
-  m_ofn.Flags = OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_ENABLEHOOK | OFN_ENABLETEMPLATE | OFN_NOVALIDATE | OFN_EXPLORER;
+  m_ofn.Flags =
+      OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_ENABLEHOOK | OFN_ENABLETEMPLATE | OFN_NOVALIDATE | OFN_EXPLORER;
   m_ofn.FlagsEx = OFN_EX_NOPLACESBAR;
   hasFilter_ = params.filter != nullptr;
   helpCallback_ = params.helpCallback;
@@ -128,9 +129,9 @@ void CZVDirectoryDlg::UseCompactLayout() {
   RECT hook;
   GetClientRect(&hook);
 
-  const CompactLayout layout = LayOutCompactPicker({RectInside(outer, list), RectInside(m_hWnd, label),
-                                                    RectInside(outer, ok), RectInside(outer, cancel), hook.right,
-                                                    helpCallback_ != nullptr});
+  const CompactLayout layout =
+      LayOutCompactPicker({RectInside(outer, list), RectInside(m_hWnd, label), RectInside(outer, ok),
+                           RectInside(outer, cancel), hook.right, helpCallback_ != nullptr});
   MoveInside(list, layout.list);
   MoveInside(label, layout.label);
   MoveInside(::GetDlgItem(m_hWnd, IDE_DIRECTORY_FOLDER), layout.edit);

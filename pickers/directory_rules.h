@@ -20,7 +20,7 @@ CString FolderInFileSystem(const CString& shellName);
 // The picker without a file list's rows below it: label and edit stand right under the list, the buttons side by side under
 // them. All rectangles are in pixels.
 struct CompactLayoutInput {
-  RECT list;    // of the shell's list
+  RECT list;  // of the shell's list
   RECT label;
   RECT ok;
   RECT cancel;

@@ -7,7 +7,7 @@
 namespace {
 
 struct ClassPredicate {
-  int32_t(*answers)(int32_t format);
+  int32_t (*answers)(int32_t format);
   FormatClass formatClass;
 };
 
@@ -80,7 +80,7 @@ bool MakePairOptions(int32_t format, bool isDpi, void** options) {
 
 // A record whose second word starts the file library's own record.
 template <class Record, class Option>
-bool MakeWrapped(Option Record::* option, int32_t (*read)(Option*, uint32_t), void** options) {
+bool MakeWrapped(Option Record::*option, int32_t (*read)(Option*, uint32_t), void** options) {
   auto* const record = NewRecord<Record>(options);
   if (!record) {
     return false;
@@ -103,24 +103,15 @@ FormatClass ClassOfFormat(int32_t format) {
 bool MakeFormatOptions(int32_t format, void** options) {
   *options = nullptr;
   switch (ClassOfFormat(format)) {
-    case FormatClass::kVectorView:
-      return FillView(NewRecord<VECTORFORMATOPTION>(options));
-    case FormatClass::kVectorBackground:
-      return MakeBackgroundOptions(options);
-    case FormatClass::kVectorPen:
-      return MakePenOptions(options);
-    case FormatClass::kDpiPair:
-      return MakePairOptions(format, true, options);
-    case FormatClass::kLoadSize:
-      return MakePairOptions(format, false, options);
-    case FormatClass::kPdf:
-      return MakeWrapped(&PDFFORMATOPTION::pdf, GetPDFLoadOptions, options);
-    case FormatClass::kXps:
-      return MakeWrapped(&XPSFORMATOPTION::xps, GetXPSLoadOptions, options);
-    case FormatClass::kXls:
-      return MakeWrapped(&XLSFORMATOPTION::xls, GetXLSLoadOptions, options);
-    case FormatClass::kNone:
-      break;
+    case FormatClass::kVectorView: return FillView(NewRecord<VECTORFORMATOPTION>(options));
+    case FormatClass::kVectorBackground: return MakeBackgroundOptions(options);
+    case FormatClass::kVectorPen: return MakePenOptions(options);
+    case FormatClass::kDpiPair: return MakePairOptions(format, true, options);
+    case FormatClass::kLoadSize: return MakePairOptions(format, false, options);
+    case FormatClass::kPdf: return MakeWrapped(&PDFFORMATOPTION::pdf, GetPDFLoadOptions, options);
+    case FormatClass::kXps: return MakeWrapped(&XPSFORMATOPTION::xps, GetXPSLoadOptions, options);
+    case FormatClass::kXls: return MakeWrapped(&XLSFORMATOPTION::xls, GetXLSLoadOptions, options);
+    case FormatClass::kNone: break;
   }
   return true;
 }

@@ -8,15 +8,35 @@
 #include "pickers/open_rules.h"
 #include "pickers/picker_position.h"
 #include "platform/afx.h"
+#include "platform/data_exchange.h"
 #include "platform/module_context.h"
+#include "platform/win_app.h"
 #include "resources/picker_ids.h"
 #include "services/zvdlgbase/string_ids.h"
 #include "services/zvdlgbase/zvdlgbase.h"
 #include "services/zvdlgutil/dialog_string.h"
+#include "services/zvdlgwidgets/notifications.h"
 
 namespace {
 
 constexpr uint32_t kHelpNumber = 1;
+constexpr UINT kPageDigits = 6;
+constexpr wchar_t kSettingsSection[] = L"CZVOpenDlg Settings";
+// The rows below the list move down by this much more when there is no Help button, in pixels.
+constexpr int kShiftWithoutHelp = 10;
+constexpr UINT_PTR kOuterSubclassId = 2;
+
+// What only the platform's dialog hears of, but concerns the hook's map as well.
+LRESULT CALLBACK ForwardOuterMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                      DWORD_PTR hook) {
+  const LRESULT result = ::DefSubclassProc(window, message, wParam, lParam);
+  if (message == WM_GETMINMAXINFO || message == WM_ACTIVATE || message == WM_PALETTECHANGED) {
+    ::SendMessageW(reinterpret_cast<HWND>(hook), message, wParam, lParam);
+  } else if (message == WM_NCDESTROY) {
+    ::RemoveWindowSubclass(window, ForwardOuterMessages, kOuterSubclassId);
+  }
+  return result;
+}
 
 bool IsOldStyleShellHere() {
   const DWORD version = ::GetVersion();
@@ -28,12 +48,32 @@ bool IsOldStyleShellHere() {
 BEGIN_MESSAGE_MAP(CZVOpenDlg, CFileDialog)
   ON_WM_HELPINFO()
   ON_COMMAND(ID_HELP, OnHelp)
+  ON_COMMAND(ID_OPEN_PREVIEW, OnTogglePreview)
+  ON_COMMAND(ID_OPEN_FILE_INFO, OnFileInfo)
+  ON_EN_CHANGE(IDE_OPEN_PAGE, OnPageChange)
+  ON_CONTROL(ZVEN_VALUECOMMITTED, IDE_OPEN_PAGE, OnPageCommitted)
+  ON_BN_CLICKED(IDB_OPEN_DELETE_PAGE, OnDeletePage)
+  ON_WM_DESTROY()
+  ON_WM_PAINT()
+  ON_WM_SIZE()
+  ON_WM_SETCURSOR()
+  ON_WM_GETMINMAXINFO()
+  ON_WM_ACTIVATE()
+  ON_WM_PALETTECHANGED()
+  ON_WM_CANCELMODE()
+  ON_WM_LBUTTONDOWN()
+  ON_WM_LBUTTONUP()
+  ON_WM_MOUSEMOVE()
+  ON_MESSAGE(kLayOutAgain, OnLayOutAgain)
 END_MESSAGE_MAP()
 
 CZVOpenDlg::CZVOpenDlg(CWnd* parent, UINT viewCommand)
     : CFileDialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_ENABLETEMPLATE, nullptr, parent),
       viewCommand_(viewCommand),
-      status_(SUCCESS) {}
+      status_(SUCCESS) {
+  pane_.dialog = this;
+  viewers_.AddViewer(rasterViewer_);
+}
 
 int32_t CZVOpenDlg::PickFiles(OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS& params) {
   if (!openFileName) {
@@ -42,6 +82,7 @@ int32_t CZVOpenDlg::PickFiles(OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS& pa
   params_ = &params;
   PrepareCallerRecord(*openFileName);
   const LoadSettingsGuard settings;
+  GetLoadDpi(&firstXDpi_, &firstYDpi_);
   PrepareDialog(*openFileName);
 
   const INT_PTR answer = DoModal();
@@ -75,7 +116,8 @@ void CZVOpenDlg::PrepareDialog(const OPENFILENAMEW& caller) {
     m_ofn.nMaxFileTitle = caller.nMaxFileTitle;
   }
   m_ofn.hInstance = AfxGetResourceHandle();
-  m_ofn.Flags = caller.Flags & ~static_cast<DWORD>(OFN_ENABLETEMPLATE);  // the plain dialog, without rows of ours
+  m_ofn.lpTemplateName = caller.lpTemplateName;
+  m_ofn.Flags = caller.Flags;
   m_ofn.lpstrDefExt = caller.lpstrDefExt;
   m_ofn.nFileExtension = caller.nFileExtension;
   m_ofn.nFilterIndex = caller.nFilterIndex;
@@ -92,11 +134,13 @@ BOOL CZVOpenDlg::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* r
 }
 
 bool CZVOpenDlg::OnShellViewReady() {
-  const HWND outer = ::GetParent(m_hWnd);
+  const HWND outer = Outer();
   const HWND view = outer ? ::FindWindowExW(outer, nullptr, L"SHELLDLL_DefView", nullptr) : nullptr;
   if (!view) {
     return false;
   }
+  // Set before anything below sends a message here.
+  shellViewSeen_ = true;
   if (viewCommand_ != 0) {
     ::PostMessageW(view, WM_COMMAND, viewCommand_, 0);
   }
@@ -104,13 +148,68 @@ bool CZVOpenDlg::OnShellViewReady() {
   return true;
 }
 
+void CZVOpenDlg::DoDataExchange(CDataExchange* exchange) {
+  CFileDialog::DoDataExchange(exchange);
+  DDX_Control(exchange, IDX_OPEN_LOAD_OPTIONS, loadOptionsSwitch_);
+  DDX_Control(exchange, IDE_OPEN_PAGE, pageEdit_);
+  DDX_Control(exchange, IDB_OPEN_DELETE_PAGE, deleteButton_);
+}
+
+BOOL CZVOpenDlg::OnInitDialog() {
+  CFileDialog::OnInitDialog();
+  previewAvailable_ = false;
+  currentPage_ = std::max(currentPage_, 1);
+  pageEdit_.SetNumericsOnly(true);
+  pageEdit_.SetAcceptNegative(false);
+  pageEdit_.SetAcceptFloat(false);
+  pageEdit_.SetLimitText(kPageDigits);
+  ShowPage(currentPage_);
+  loadOptionsSwitch_.SetCheck(params_->showLoadOptions ? BST_CHECKED : BST_UNCHECKED);
+  return TRUE;
+}
+
 void CZVOpenDlg::OnInitDone() {
-  PositionDialogWindow(::GetParent(m_hWnd), StoredPickerPosition(PickerFamily::kOpen));
+  const HWND outer = Outer();
+  PositionDialogWindow(outer, StoredPickerPosition(PickerFamily::kOpen));
+  AddToolBarButtons();
+  firstFolderChange_ = true;
   CentreWithoutOwner();
+  CRect frame, hook;
+  ::GetWindowRect(outer, frame);
+  GetClientRect(hook);
+  paneRect_.left = hook.right - frame.Width() / 3;
+  ApplyFlags();
   ApplyHelpStyle();
   SetTexts();
   DeriveDefaultExtension();
+  ::SetWindowSubclass(outer, ForwardOuterMessages, kOuterSubclassId, reinterpret_cast<DWORD_PTR>(m_hWnd));
   CFileDialog::OnInitDone();
+  GetClientRect(hook);
+  lastClientSize_ = hook.Size();
+}
+
+void CZVOpenDlg::ApplyFlags() {
+  fileInfoAvailable_ = Wants(DLG_OPEN_SHOW_FILE_INFO);
+  previewAvailable_ = Wants(DLG_OPEN_SHOW_PREVIEW);
+  PreviewRules& rules = producer_.rules;
+  rules.useStamp = Wants(DLG_OPEN_SHOW_PREVIEW | DLG_OPEN_PREVIEW_STAMP_ONLY);
+  rules.useFullImage = previewAvailable_;
+  rules.vectorOnly = Wants(DLG_OPEN_VECTOR_ONLY);
+  rules.callback = params_->previewCallback;
+  rules.callbackUserData = params_->previewCallbackUserData;
+  if (rules.useStamp) {
+    producer_.ExpectStamp();
+  }
+  initialPaneOpen_ = previewAvailable_ && params_->showPreview != 0;
+  const bool showsPages = Wants(DLG_OPEN_SHOW_PAGE_CONTROLS);
+  if (!showsPages) {
+    currentPage_ = 1;
+  }
+  const auto show = [this](int id, bool shown) { ::ShowWindow(::GetDlgItem(m_hWnd, id), shown ? SW_SHOW : SW_HIDE); };
+  show(IDE_OPEN_PAGE, showsPages);
+  show(IDT_OPEN_PAGE, showsPages);
+  show(IDB_OPEN_DELETE_PAGE, showsPages && Wants(DLG_OPEN_SHOW_DELETE_PAGE));
+  show(IDX_OPEN_LOAD_OPTIONS, Wants(DLG_OPEN_SHOW_LOAD_OPTIONS));
 }
 
 // Over an owner the dialog stays where it has been put.
@@ -124,7 +223,8 @@ void CZVOpenDlg::CentreWithoutOwner() {
   ::GetWindowRect(outer, &frame);
   const LONG left = (desktop.left + desktop.right - (frame.right - frame.left)) / 2;
   const LONG top = (desktop.top + desktop.bottom - (frame.bottom - frame.top)) / 2;
-  ::SetWindowPos(outer, nullptr, std::max(left, 0L), std::max(top, 0L), 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ::SetWindowPos(outer, nullptr, std::max(left, 0L), std::max(top, 0L), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void CZVOpenDlg::ApplyHelpStyle() {
@@ -132,6 +232,7 @@ void CZVOpenDlg::ApplyHelpStyle() {
   const LONG style = ::GetWindowLongW(outer, GWL_EXSTYLE);
   const bool hasHelp = (m_ofn.Flags & OFN_SHOWHELP) != 0;
   ::SetWindowLongW(outer, GWL_EXSTYLE, hasHelp ? style | WS_EX_CONTEXTHELP : style & ~WS_EX_CONTEXTHELP);
+  rowShift_ = hasHelp ? 0 : kShiftWithoutHelp;
 }
 
 void CZVOpenDlg::SetTexts() {
@@ -141,6 +242,9 @@ void CZVOpenDlg::SetTexts() {
   SetControlText(IDOK, LoadDialogString(IDS_OPEN_OK));
   SetControlText(IDCANCEL, LoadDialogString(IDS_CANCEL));
   SetControlText(kShellHelp, LoadDialogString(IDS_HELP));
+  SetControlString(m_hWnd, IDT_OPEN_PAGE, IDS_OPEN_PAGE);
+  SetControlString(m_hWnd, IDB_OPEN_DELETE_PAGE, IDS_OPEN_DELETE_PAGE);
+  SetControlString(m_hWnd, IDX_OPEN_LOAD_OPTIONS, IDS_OPEN_SHOW_LOAD_OPTIONS);
 }
 
 void CZVOpenDlg::DeriveDefaultExtension() {
@@ -165,8 +269,17 @@ BOOL CZVOpenDlg::OnFileNameOK() {
   if (paths.empty()) {
     return TRUE;
   }
+  params_->showPreview = previewShown_;
+  params_->showLoadOptions = loadOptionsSwitch_.GetCheck() == BST_CHECKED;
+  status_ = SUCCESS;
+  if (params_->showLoadOptions) {
+    // Without its load options frame the dialog goes on as with one that refuses the files.
+    return TRUE;
+  }
   const CWaitCursor wait;
-  status_ = files_.Read(paths, params_->flags);
+  const OpenRequest request = {params_->flags, static_cast<int32_t>(pageEdit_.GetValue()), params_->statusCallback,
+                               params_->statusCallbackUserData};
+  status_ = files_.Read(MakeFileList(paths, params_->flags), request);
   if (status_ == SUCCESS) {
     files_.HandOver(*params_);
   } else {
@@ -180,10 +293,12 @@ std::vector<std::wstring> CZVOpenDlg::ChosenPaths() const {
     return ParseSelectionList(m_ofn.lpstrFile);
   }
   std::wstring path(kSelectionLength + 1, L'\0');
-  const LRESULT length = ::SendMessageW(::GetParent(m_hWnd), CDM_GETFILEPATH, kSelectionLength,
-                                        reinterpret_cast<LPARAM>(path.data()));
+  const LRESULT length =
+      ::SendMessageW(::GetParent(m_hWnd), CDM_GETFILEPATH, kSelectionLength, reinterpret_cast<LPARAM>(path.data()));
   const bool fits = length > 0 && static_cast<uint32_t>(length) <= kSelectionLength;
-  return ParseSelectionList(fits ? path.c_str() : m_ofn.lpstrFile);
+  // Some systems put the folder in front of a typed full path too; the dialog's own buffer has it right.
+  const bool exists = fits && ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+  return ParseSelectionList(exists ? path.c_str() : m_ofn.lpstrFile);
 }
 
 BOOL CZVOpenDlg::OnHelpInfo(HELPINFO* info) {
@@ -197,4 +312,12 @@ void CZVOpenDlg::OnHelp() {
   if (params_->helpCallback) {
     params_->helpCallback(kHelpNumber, HELP_BUTTON_PRESSED, params_->helpUserData);
   }
+}
+
+void CZVOpenDlg::OnDestroy() {
+  if (CWinApp* const application = AfxGetApp()) {
+    application->WriteProfileInt(kSettingsSection, L"Preview", previewShown_);
+    application->WriteProfileInt(kSettingsSection, L"Preview Window Offset", 0);
+  }
+  CFileDialog::OnDestroy();
 }

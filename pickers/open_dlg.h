@@ -1,5 +1,7 @@
-// CZVOpenDlg: the platform's open dialog, from which the caller gets a record for each chosen file instead of a mere name.
-// It reads the files itself when the user presses OK, and puts back every process-wide setting that it touched.
+// CZVOpenDlg: the platform's open dialog with a preview pane, a page selector and buttons of ours in the shell's tool bar. Its
+// caller gets a record for each chosen file instead of a mere name: it reads the files itself when the user presses OK, and
+// puts back every process-wide setting that it touched. m_hWnd is the hook's window, which holds our controls and the pane;
+// the platform's dialog around it is its parent.
 #pragma once
 
 #include <string>
@@ -7,9 +9,15 @@
 
 #include "include/zvfiledlg_open.h"
 #include "pickers/opened_files.h"
+#include "platform/button.h"
 #include "platform/file_dialog.h"
+#include "preview/preview_producer.h"
+#include "preview/preview_wnd.h"
+#include "preview/raster_file_viewer.h"
+#include "preview/viewer_list.h"
+#include "services/zvdlgwidgets/edit_ctrl.h"
 
-class CZVOpenDlg : public CFileDialog {
+class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink {
  public:
   // viewCommand shows the file list as the caller wants it; 0 leaves the shell's choice.
   CZVOpenDlg(CWnd* parent, UINT viewCommand);
@@ -20,29 +28,124 @@ class CZVOpenDlg : public CFileDialog {
 
  protected:
   BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) override;
+  BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+  BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result) override;
+  void DoDataExchange(CDataExchange* exchange) override;
+  BOOL OnInitDialog() override;
   BOOL OnFileNameOK() override;
   void OnInitDone() override;
+  void OnFileNameChange() override;
+  void OnFolderChange() override;
   void OnTypeChange() override;
+
+  virtual bool OnShellViewReady();
+  virtual void OnFileSelected(const CString& path);
+  void DrawPreview(CDC& device, const CRect& rectangle) override;
+  virtual bool QueryPreviewPalette(CWnd* window);
+  virtual void UpdatePreview();
 
   afx_msg BOOL OnHelpInfo(HELPINFO* info);
   afx_msg void OnHelp();
+  afx_msg void OnTogglePreview();
+  afx_msg void OnFileInfo();
+  afx_msg void OnPageChange();
+  afx_msg void OnPageCommitted();
+  afx_msg void OnDeletePage();
+  afx_msg void OnDestroy();
+  afx_msg void OnPaint();
+  afx_msg void OnSize(UINT type, int width, int height);
+  afx_msg BOOL OnSetCursor(CWnd* window, UINT hitTest, UINT message);
+  afx_msg void OnGetMinMaxInfo(MINMAXINFO* info);
+  afx_msg void OnActivate(UINT state, CWnd* other, BOOL minimized);
+  afx_msg void OnPaletteChanged(CWnd* focus);
+  afx_msg void OnCancelMode();
+  afx_msg void OnLButtonDown(UINT keys, CPoint point);
+  afx_msg void OnLButtonUp(UINT keys, CPoint point);
+  afx_msg void OnMouseMove(UINT keys, CPoint point);
+  afx_msg LRESULT OnLayOutAgain(WPARAM, LPARAM);
   DECLARE_MESSAGE_MAP()
 
  private:
+  static constexpr UINT kLayOutAgain = 0x8014;  // a message to itself
+
+  // open_dlg.cpp
   void PrepareCallerRecord(OPENFILENAMEW& caller) const;
   void PrepareDialog(const OPENFILENAMEW& caller);
-  bool OnShellViewReady();
   void CentreWithoutOwner();
+  void ApplyFlags();
   void ApplyHelpStyle();
   void SetTexts();
   void DeriveDefaultExtension();
   std::vector<std::wstring> ChosenPaths() const;
+  HWND Outer() const { return ::GetParent(m_hWnd); }
+  bool Wants(uint32_t flag) const { return (params_->flags & flag) != 0; }
+
+  // open_dlg_pages.cpp
+  void ShowPage(int32_t page);
+  void EnablePageControls(bool enable);
+  void TakeTypedPage(bool keepsPageThatExists);
+  int32_t ReadSelectedInfo(FILEINFO& info, LOADFILEOPTION& option);
+  void ShowReadFailure(int32_t status);
+
+  // open_dlg_pane.cpp
+  CWnd* PreviewPane() override { return pane_.GetSafeHwnd() ? &pane_ : nullptr; }
+  void ShowPreviewBitmap(const BITMAPHANDLE* bitmap) override;
+  void OnPreviewFailed() override { EnablePageControls(false); }
+  bool TakeSelectedPath();
+  void LoadPreview();
+  void ShowPane(bool show);
+  bool CreatePane();
+  void LayOut();
+  void ShiftRows();
+  void RegrowView();
+  void LayOutRows(const CRect& client);
+  void PlacePane(int newLeft);
+  void EndDrag();
+  CRect ClientRect() const;
+  CRect ShellRect(HWND control) const;
+  void MoveShellControl(HWND control, const CRect& rect) const;
+
+  // open_dlg_toolbar.cpp
+  void AddToolBarButtons();
+  void InsertToolBarButton(int command, int bitmap, BYTE style);
+  void RemoveUnusedButtons();
+  void AgreePreviewButton();
 
   OPENFILEDLGPARAMS* params_ = nullptr;
   UINT viewCommand_;
-  bool shellViewSeen_ = false;
   std::wstring selection_;  // the buffer behind m_ofn.lpstrFile
   std::wstring defaultExtension_;
   int32_t status_;
   OpenedFiles files_;
+  int32_t firstXDpi_ = 0, firstYDpi_ = 0;  // the load resolution that was in force before the dialog
+
+  CButton loadOptionsSwitch_;
+  CZVEditCtrl pageEdit_;
+  CButton deleteButton_;
+  std::vector<int> shellCommands_;  // of the tool bar as the shell made it
+  HWND toolBar_ = nullptr;
+
+  std::wstring currentPath_;
+  int32_t currentPage_ = 1;
+  bool pageReactionHeld_ = false;
+  bool previewAvailable_ = false;
+  bool fileInfoAvailable_ = false;
+  bool firstFolderChange_ = false;
+  bool shellViewSeen_ = false;
+
+  PreviewProducer producer_{*this};
+  ViewerList viewers_{*this};
+  CZVRasterFileViewer rasterViewer_;
+  CZVPreviewWnd pane_;
+  bool previewShown_ = false;
+  bool lastPreviewShown_ = false;
+  CString currentPreviewFile_, lastPreviewFile_;
+  bool initialPaneOpen_ = true;
+  int rowShift_ = 0;  // pixels
+  bool rowsShifted_ = false;
+  HWND grownView_ = nullptr;
+  CRect paneRect_, splitterRect_;
+  CSize lastClientSize_;
+  bool dragActive_ = false;
+  CPoint lastDragPoint_;
 };

@@ -22,8 +22,8 @@ const wchar_t* ChooseOpenFilter(const wchar_t* callerFilter, uint32_t dialogFlag
 }
 
 DWORD OpenDialogFlags(DWORD callerFlags, uint32_t dialogFlags, bool hasHelp) {
-  DWORD flags = callerFlags | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_ENABLETEMPLATE | OFN_ENABLEHOOK |
-                OFN_HIDEREADONLY;
+  DWORD flags = callerFlags | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_ENABLETEMPLATE |
+                OFN_ENABLEHOOK | OFN_HIDEREADONLY;
   if (dialogFlags & DLG_OPEN_RESIZABLE) {
     flags |= OFN_ENABLESIZING;
   }
@@ -36,7 +36,9 @@ DWORD OpenDialogFlags(DWORD callerFlags, uint32_t dialogFlags, bool hasHelp) {
   return hasHelp ? flags | OFN_SHOWHELP : flags & ~static_cast<DWORD>(OFN_SHOWHELP);
 }
 
-uint32_t SelectionLengthFor(uint32_t callerLength) { return callerLength >= MAX_PATH ? callerLength : kSelectionLength; }
+uint32_t SelectionLengthFor(uint32_t callerLength) {
+  return callerLength >= MAX_PATH ? callerLength : kSelectionLength;
+}
 
 std::wstring DefaultExtension(const wchar_t* filter, uint32_t filterIndex, const std::wstring& current) {
   if (!filter || filterIndex == 0) {

@@ -1,0 +1,416 @@
+// The preview pane, the splitter at its left edge, and the layout of all that stands in the dialog.
+#include <algorithm>
+
+#include "pickers/common_dialog.h"
+#include "pickers/open_dlg.h"
+#include "pickers/page_probe.h"
+#include "platform/afx.h"
+#include "platform/module_context.h"
+#include "preview/preview_geometry.h"
+#include "resources/picker_ids.h"
+
+namespace {
+
+constexpr int kMargin = 15;         // pixels, right of the buttons and between boxes and buttons
+constexpr int kFirstShift = 25;     // pixels
+constexpr int kViewAboveOk = 6;     // pixels
+constexpr int kNarrowestView = 50;  // pixels
+constexpr int kPathLength = 260;
+constexpr LRESULT kLongestAnswer = 520;
+constexpr int kShellFolderCombo = 1137;
+constexpr int kShiftedControls[] = {kShellHelp,      IDOK,           IDCANCEL, kShellTypeCombo, kShellTypeLabel,
+                                    kShellNameCombo, kShellNameLabel};
+
+HWND ShellView(HWND outer) { return ::FindWindowExW(outer, nullptr, L"SHELLDLL_DefView", nullptr); }
+
+bool IsFile(const std::wstring& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+}  // namespace
+
+// --- What is chosen ---
+
+bool CZVOpenDlg::TakeSelectedPath() {
+  wchar_t path[kPathLength] = L"";
+  const LRESULT length = ::SendMessageW(Outer(), CDM_GETFILEPATH, kPathLength, reinterpret_cast<LPARAM>(path));
+  if (length < 0 || length > kLongestAnswer) {
+    return false;
+  }
+  path[kPathLength - 1] = L'\0';
+  currentPath_ = path;
+  return true;
+}
+
+void CZVOpenDlg::OnFileNameChange() {
+  if (!TakeSelectedPath()) {
+    return;
+  }
+  const bool exists = IsFile(currentPath_);
+  const CWaitCursor wait;
+  if (currentPath_ != producer_.LastPath() || producer_.IsStamp()) {
+    if (exists || !previewShown_) {
+      // Another file starts at its first page, before its picture is made.
+      currentPage_ = 1;
+    }
+    if (previewShown_) {
+      LoadPreview();
+    }
+    if (exists && (previewShown_ || pageEdit_.IsWindowVisible())) {
+      ShowPage(1);
+      EnablePageControls(IsMultiPage(currentPath_.c_str()));
+    }
+  }
+  const CString path = GetPathName();
+  currentPreviewFile_ = IsFile(std::wstring(path)) ? path : CString();
+  UpdatePreview();
+  ::SendMessageW(FileNameBox(Outer()), CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
+}
+
+void CZVOpenDlg::OnFolderChange() {
+  CFileDialog::OnFolderChange();
+  producer_.DropStamp();
+  currentPage_ = std::max(currentPage_, 1);
+  if (firstFolderChange_) {
+    firstFolderChange_ = false;
+    RemoveUnusedButtons();
+  }
+  if (initialPaneOpen_) {
+    ShowPane(true);
+    initialPaneOpen_ = false;
+  }
+  if (previewShown_) {
+    OnFileNameChange();
+  }
+  LayOut();
+  // Some shells make their view only after this notification.
+  PostMessage(kLayOutAgain);
+}
+
+LRESULT CZVOpenDlg::OnLayOutAgain(WPARAM, LPARAM) {
+  LayOut();
+  return 0;
+}
+
+// --- The picture ---
+
+void CZVOpenDlg::LoadPreview() {
+  CRect client;
+  if (const CWnd* const pane = PreviewPane()) {
+    pane->GetClientRect(client);
+  }
+  const CWaitCursor wait;
+  const int32_t status = producer_.Produce(currentPath_, defaultExtension_, currentPage_, client.Size());
+  if (status != SUCCESS && status != 0) {
+    status_ = status;
+  }
+  if (status == SUCCESS && Wants(DLG_OPEN_SHOW_FILE_INFO)) {
+    fileInfoAvailable_ = true;
+  }
+}
+
+void CZVOpenDlg::ShowPreviewBitmap(const BITMAPHANDLE* bitmap) {
+  SetViewerBitmap(rasterViewer_, bitmap);
+  if (const CWnd* const pane = PreviewPane()) {
+    pane->Invalidate(FALSE);
+  }
+}
+
+void CZVOpenDlg::DrawPreview(CDC& device, const CRect& rectangle) {
+  if (!viewers_.Draw(device, rectangle)) {
+    DrawNoPreview(device, rectangle);
+  }
+}
+
+bool CZVOpenDlg::QueryPreviewPalette(CWnd* window) { return viewers_.QueryNewPalette(window); }
+
+void CZVOpenDlg::UpdatePreview() {
+  if (currentPreviewFile_.CompareNoCase(lastPreviewFile_) == 0 && previewShown_ == lastPreviewShown_) {
+    return;
+  }
+  OnFileSelected(previewShown_ ? currentPreviewFile_ : CString());
+  if (CWnd* const pane = PreviewPane(); pane && previewShown_) {
+    pane->Invalidate(FALSE);
+  }
+  lastPreviewFile_ = currentPreviewFile_;
+  lastPreviewShown_ = previewShown_;
+}
+
+void CZVOpenDlg::OnFileSelected(const CString&) { LayOut(); }
+
+// --- The pane ---
+
+void CZVOpenDlg::ShowPane(bool show) {
+  const bool wasShown = previewShown_;
+  if (!m_hWnd) {
+    previewShown_ = show;
+  } else if (show) {
+    previewShown_ = PreviewPane() || CreatePane();
+    LayOut();
+  } else if (CWnd* const pane = PreviewPane()) {
+    viewers_.OnPaneDestroyed(pane);
+    previewShown_ = false;
+    LayOut();
+    pane->DestroyWindow();
+    splitterRect_ = CRect();
+  }
+  UpdatePreview();
+  AgreePreviewButton();
+  if (wasShown != previewShown_) {
+    UpdatePreview();
+    viewers_.OnPaneShown(previewShown_);
+  }
+}
+
+bool CZVOpenDlg::CreatePane() {
+  paneRect_.left = LimitPaneLeft(paneRect_.left, ClientRect().right);
+  if (!pane_.CreatePane(this, paneRect_)) {
+    return false;
+  }
+  viewers_.OnPaneCreated(&pane_);
+  return true;
+}
+
+void CZVOpenDlg::OnTogglePreview() {
+  ShowPane(!previewShown_);
+  if (!previewShown_) {
+    return;
+  }
+  if (producer_.rules.useStamp || producer_.rules.useFullImage) {
+    TakeSelectedPath();
+    LoadPreview();
+  } else {
+    producer_.ShowStamp();
+  }
+}
+
+// --- Layout; all rectangles are in pixels of the hook's client area ---
+
+CRect CZVOpenDlg::ClientRect() const {
+  CRect client;
+  ::GetClientRect(Outer(), client);
+  ::MapWindowPoints(Outer(), m_hWnd, reinterpret_cast<POINT*>(&client), 2);
+  return client;
+}
+
+CRect CZVOpenDlg::ShellRect(HWND control) const { return RectInside(m_hWnd, control); }
+
+void CZVOpenDlg::MoveShellControl(HWND control, const CRect& rect) const {
+  CRect inside = rect;
+  ::MapWindowPoints(m_hWnd, Outer(), reinterpret_cast<POINT*>(&inside), 2);
+  // The height of a combo box is that of its open list; the closed box has its own.
+  CRect dropped;
+  if (::SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(static_cast<LPRECT>(dropped))) &&
+      dropped.Height() > inside.Height()) {
+    inside.bottom = inside.top + dropped.Height();
+  }
+  MoveInside(control, inside);
+}
+
+void CZVOpenDlg::LayOut() {
+  if (!ShellView(Outer())) {
+    return;
+  }
+  ShiftRows();
+  RegrowView();
+  LayOutRows(ClientRect());
+  PlacePane(0);
+}
+
+// Once: the rows below the list move down into the room that the template leaves.
+void CZVOpenDlg::ShiftRows() {
+  if (rowsShifted_) {
+    return;
+  }
+  rowsShifted_ = true;
+  rowShift_ += kFirstShift;
+  CRect rect;
+  for (const int id : kShiftedControls) {
+    const HWND control = id == kShellNameCombo ? FileNameBox(Outer()) : ::GetDlgItem(Outer(), id);
+    if (control) {
+      rect = ShellRect(control);
+      rect.top += rowShift_;
+      rect.bottom += rowShift_;
+      MoveShellControl(control, rect);
+    }
+  }
+}
+
+// A view that the shell has made anew knows nothing of the rows that have moved down.
+void CZVOpenDlg::RegrowView() {
+  const HWND view = ShellView(Outer());
+  if (view == grownView_) {
+    return;
+  }
+  grownView_ = view;
+  CRect rect = ShellRect(view);
+  if (rect.bottom + rowShift_ <= ShellRect(::GetDlgItem(Outer(), IDOK)).top) {
+    rect.bottom += rowShift_;
+    MoveShellControl(view, rect);
+  }
+}
+
+void CZVOpenDlg::LayOutRows(const CRect& client) {
+  const HWND outer = Outer();
+  const auto alignRight = [&](HWND control) {
+    CRect rect = ShellRect(control);
+    const int width = rect.Width();
+    rect.right = client.right - kMargin;
+    rect.left = rect.right - width;
+    MoveShellControl(control, rect);
+    return rect;
+  };
+  const auto endAt = [&](HWND control, int right) {
+    CRect rect = ShellRect(control);
+    rect.right = right;
+    MoveShellControl(control, rect);
+  };
+  const CRect ok = alignRight(::GetDlgItem(outer, IDOK));
+  if (const HWND help = ::GetDlgItem(outer, kShellHelp)) {
+    CRect rect = ShellRect(help);
+    rect.left = ok.left;
+    rect.right = ok.right;
+    MoveShellControl(help, rect);
+  }
+  endAt(FileNameBox(outer), ok.left - kMargin);
+  const CRect cancel = alignRight(::GetDlgItem(outer, IDCANCEL));
+  endAt(::GetDlgItem(outer, kShellTypeCombo), cancel.left - kMargin);
+  if (!(m_ofn.Flags & OFN_ENABLESIZING)) {
+    const HWND view = ShellView(outer);
+    CRect rect = ShellRect(view);
+    rect.bottom = ok.top - kViewAboveOk;
+    MoveShellControl(view, rect);
+  }
+  if (toolBar_) {
+    const CRect bar = alignRight(toolBar_);
+    endAt(::GetDlgItem(outer, kShellFolderCombo), bar.left);
+  }
+}
+
+void CZVOpenDlg::PlacePane(int newLeft) {
+  const HWND view = ShellView(Outer());
+  if (!view) {
+    return;
+  }
+  const CRect client = ClientRect();
+  CRect viewRect = ShellRect(view);
+  if (!previewShown_) {
+    viewRect.right = client.right - kMargin;
+    MoveShellControl(view, viewRect);
+    return;
+  }
+  if (!PreviewPane()) {
+    return;
+  }
+  const int left = newLeft != 0 ? newLeft : LimitPaneLeft(paneRect_.left, client.right);
+  paneRect_ = CRect(left, viewRect.top, client.right, viewRect.bottom);
+  pane_.MoveWindow(paneRect_);
+  viewRect.right = paneRect_.left;
+  MoveShellControl(view, viewRect);
+  splitterRect_ = SplitterRectOf(paneRect_);
+}
+
+// --- Messages ---
+
+void CZVOpenDlg::OnSize(UINT type, int width, int height) {
+  CFileDialog::OnSize(type, width, height);
+  const int dx = width - lastClientSize_.cx;
+  paneRect_.left += dx;
+  paneRect_.right += dx;
+  lastClientSize_ = CSize(width, height);
+  if (rowsShifted_) {
+    LayOut();
+  }
+  if (shellViewSeen_) {
+    viewers_.OnPaneSize();
+  }
+}
+
+void CZVOpenDlg::OnPaint() {
+  CFileDialog::OnPaint();
+  if (CWnd* const pane = PreviewPane()) {
+    pane->Invalidate(FALSE);
+  }
+}
+
+void CZVOpenDlg::OnGetMinMaxInfo(MINMAXINFO* info) {
+  const HWND view = ShellView(Outer());
+  if (view) {
+    CRect frame;
+    ::GetWindowRect(Outer(), frame);
+    const LONG width = frame.Width() - ShellRect(view).Width() + kNarrowestView;
+    info->ptMinTrackSize.x = std::max(info->ptMinTrackSize.x, width);
+  }
+  CFileDialog::OnGetMinMaxInfo(info);
+}
+
+void CZVOpenDlg::OnActivate(UINT state, CWnd* other, BOOL minimized) {
+  CFileDialog::OnActivate(state, other, minimized);
+  if (state == WA_ACTIVE || state == WA_CLICKACTIVE) {
+    QueryPreviewPalette(PreviewPane());
+  }
+}
+
+void CZVOpenDlg::OnPaletteChanged(CWnd* focus) {
+  CFileDialog::OnPaletteChanged(focus);
+  QueryPreviewPalette(focus);
+}
+
+BOOL CZVOpenDlg::OnSetCursor(CWnd* window, UINT hitTest, UINT message) {
+  ::ReleaseCapture();
+  CPoint pointer;
+  ::GetCursorPos(&pointer);
+  ScreenToClient(&pointer);
+  if (!previewShown_ || !splitterRect_.PtInRect(pointer)) {
+    return CFileDialog::OnSetCursor(window, hitTest, message);
+  }
+  if (const HCURSOR splitter = ::LoadCursorW(AfxGetResourceHandle(), MAKEINTRESOURCEW(IDC_OPEN_SPLITTER))) {
+    ::SetCursor(splitter);
+  } else {
+    ::SetCursor(::LoadCursorW(nullptr, MAKEINTRESOURCEW(32644)));
+    SetCapture();
+  }
+  return TRUE;
+}
+
+void CZVOpenDlg::OnLButtonDown(UINT keys, CPoint point) {
+  if (previewShown_ && splitterRect_.PtInRect(point)) {
+    SetCapture();
+    lastDragPoint_ = point;
+    dragActive_ = true;
+    return;
+  }
+  CFileDialog::OnLButtonDown(keys, point);
+}
+
+void CZVOpenDlg::OnMouseMove(UINT keys, CPoint point) {
+  if (!dragActive_) {
+    ::ReleaseCapture();
+    CFileDialog::OnMouseMove(keys, point);
+    return;
+  }
+  const CPoint pointer(LimitDragPoint(point.x, ClientRect().right), point.y);
+  if (pointer.x != lastDragPoint_.x) {
+    SetCapture();
+    PlacePane(pointer.x - kSplitterReach);
+  }
+  lastDragPoint_ = pointer;
+}
+
+void CZVOpenDlg::OnLButtonUp(UINT keys, CPoint point) {
+  EndDrag();
+  CFileDialog::OnLButtonUp(keys, point);
+}
+
+void CZVOpenDlg::OnCancelMode() {
+  CFileDialog::OnCancelMode();
+  EndDrag();
+}
+
+void CZVOpenDlg::EndDrag() {
+  if (dragActive_ && ::GetCapture() == m_hWnd) {
+    ::ReleaseCapture();
+  }
+  dragActive_ = false;
+}

@@ -1,0 +1,55 @@
+#include "pickers/page_probe.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/dialog_driver.h"
+#include "tests/support/pictures.h"
+
+namespace {
+
+using namespace zvtest;
+
+class PageProbe : public ::testing::Test {
+ protected:
+  PageProbe() {
+    EXPECT_TRUE(WritePicture(pages, {.format = FMT_TIFF, .pages = 3}));
+    EXPECT_TRUE(WritePicture(single, {}));
+  }
+  TemporaryFolder folder;
+  std::wstring pages = folder.File(L"pages.tif");
+  std::wstring single = folder.File(L"single.bmp");
+};
+
+TEST_F(PageProbe, TellsFilesWithPagesFromThoseWithOne) {
+  EXPECT_TRUE(IsMultiPage(pages.c_str()));
+  EXPECT_FALSE(IsMultiPage(single.c_str()));
+  EXPECT_FALSE(IsMultiPage(folder.File(L"none.tif").c_str()));
+}
+
+TEST_F(PageProbe, FindsTheLastPageAndNoneBehindIt) {
+  int32_t page = 0;
+  EXPECT_TRUE(ProbePage(pages.c_str(), 3, &page));
+  EXPECT_EQ(3, page);
+  EXPECT_FALSE(ProbePage(pages.c_str(), 4, &page));
+}
+
+TEST_F(PageProbe, AsksForNoPageBelowOne) {
+  int32_t page = 77;
+  EXPECT_FALSE(ProbePage(pages.c_str(), 0, &page));
+  EXPECT_FALSE(ProbePage(pages.c_str(), -1, &page));
+  EXPECT_EQ(77, page);
+  EXPECT_FALSE(ProbePage(pages.c_str(), 1, nullptr));
+}
+
+TEST_F(PageProbe, PutsBackTheRedirectionOfTheProcess) {
+  int first = 0, second = 0;
+  SetLoadRedirect(&first, &second);
+  EXPECT_TRUE(IsMultiPage(pages.c_str()));
+  void* after[2] = {};
+  GetLoadRedirect(&after[0], &after[1]);
+  EXPECT_EQ(&first, after[0]);
+  EXPECT_EQ(&second, after[1]);
+  SetLoadRedirect(nullptr, nullptr);
+}
+
+}  // namespace
