@@ -5,6 +5,7 @@
 #include "include/zvfiledlg.h"
 #include "services/zvfile/zvfile.h"
 #include "tests/support/dialog_driver.h"
+#include "tests/support/pictures.h"
 
 namespace {
 
@@ -13,26 +14,6 @@ using namespace zvtest;
 constexpr int kHelp = 1038;
 constexpr int kTypeCombo = 1136;
 constexpr int kLookInCombo = 1137;
-
-// A picture of width x height pixels, 24 bits.
-std::vector<uint8_t> BmpFile(uint32_t width, uint32_t height) {
-  const uint32_t rowBytes = (width * 3 + 3) / 4 * 4;
-  const uint32_t headerBytes = sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER);
-  std::vector<uint8_t> bytes(headerBytes + rowBytes * height, 0x80);
-  BITMAPFILEHEADER file = {};
-  file.bfType = 0x4d42;
-  file.bfSize = static_cast<DWORD>(bytes.size());
-  file.bfOffBits = headerBytes;
-  BITMAPINFOHEADER info = {};
-  info.biSize = sizeof(info);
-  info.biWidth = static_cast<LONG>(width);
-  info.biHeight = static_cast<LONG>(height);
-  info.biPlanes = 1;
-  info.biBitCount = 24;
-  memcpy(bytes.data(), &file, sizeof(file));
-  memcpy(bytes.data() + sizeof(file), &info, sizeof(info));
-  return bytes;
-}
 
 HWND NameBox(HWND dialog) {
   const HWND combo = FindControl(dialog, 1148);
@@ -56,8 +37,8 @@ void FreeFiles(OPENFILEDLGPARAMS& params) {
 class OpenDialog : public ::testing::Test {
  protected:
   OpenDialog() {
-    first = folder.AddFile(L"first one.bmp", BmpFile(5, 3));
-    second = folder.AddFile(L"second.bmp", BmpFile(7, 2));
+    first = AddPicture(L"first one.bmp", 5, 3);
+    second = AddPicture(L"second.bmp", 7, 2);
     broken = folder.AddFile(L"broken.bmp", {'n', 'o', ' ', 'p', 'i', 'c', 't', 'u', 'r', 'e'});
     openFileName.lStructSize = sizeof(openFileName);
     openFileName.lpstrInitialDir = folder.path().c_str();
@@ -66,6 +47,11 @@ class OpenDialog : public ::testing::Test {
     params.viewMode = 7;
   }
   ~OpenDialog() override { FreeFiles(params); }
+
+  std::wstring AddPicture(const std::wstring& name, int width, int height) {
+    EXPECT_TRUE(WritePicture(folder.File(name), {.width = width, .height = height}));
+    return folder.File(name);
+  }
 
   int32_t Open(const std::function<void(HWND)>& script) {
     return DriveDialog([this] { return Z_DlgOpen(parent.hwnd(), &openFileName, &params); },
@@ -142,7 +128,7 @@ TEST_F(OpenDialog, TakesThreeHundredFilesAtOnce) {
   std::wstring names;
   for (int i = 0; i < 300; ++i) {
     const std::wstring name = L"a picture of a long series " + std::to_wstring(1000 + i) + L".bmp";
-    folder.AddFile(name, BmpFile(2, 2));
+    AddPicture(name, 2, 2);
     names += L"\"" + name + L"\" ";
   }
   openFileName.Flags = OFN_ALLOWMULTISELECT;
