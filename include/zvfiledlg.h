@@ -65,15 +65,18 @@ int32_t ZV_CALL Z_DlgGetDirectory(HWND parent, DIRECTORYDLGPARAMS* params);
  * The caller frees the array and what its entries point to, see OPENDLGFILEDATA:
  *
  *   for (i = 0; i < params.fileCount; ++i) {
+ *     if (params.files[i].bitmap) FreeBitmap(params.files[i].bitmap);
+ *     if (params.files[i].thumbnail) FreeBitmap(params.files[i].thumbnail);
+ *     GlobalFree(params.files[i].bitmap);
+ *     GlobalFree(params.files[i].thumbnail);
  *     GlobalFree(params.files[i].fileInfo);
  *     GlobalFree(params.files[i].formatOptions);
  *   }
  *   GlobalFree(params.files);
  *
  * A file that cannot be read ends the call with the code of GetFileInfo and no files, unless
- * DLG_OPEN_TOLERATE_FAILED_FILES is set. ERROR_OUT_OF_MEMORY.
- * In this version the dialog is the platform's plain one: it has no preview pane, page controls or load options switch, and
- * no bitmaps or thumbnails are loaded. */
+ * DLG_OPEN_TOLERATE_FAILED_FILES is set. ERROR_USER_ABORT when the status callback stopped a load. ERROR_OUT_OF_MEMORY.
+ * In this version the load options switch is remembered, but opens no dialog of its own. */
 int32_t ZV_CALL Z_DlgOpen(HWND parent, OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS* params);
 
 /* Lets the user choose a name, format, depth and options for a bitmap, and writes it with DLG_SAVE_WRITE_FILE. parent may be
