@@ -64,7 +64,8 @@ int32_t GetDefaultBitmapMemoryFlags(uint32_t* flags) {
   return SUCCESS;
 }
 
-int32_t InitBitmapHandle(BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t width, int32_t height, int32_t bitsPerPixel) {
+int32_t InitBitmapHandle(BITMAPHANDLE* bitmap, uint32_t recordSize, int32_t width, int32_t height,
+                         int32_t bitsPerPixel) {
   if (!bitmap || recordSize != sizeof(BITMAPHANDLE)) return ERROR_BAD_ARGUMENT;
   if (!IsValidSide(width) || !IsValidSide(height) || !IsKnownDepth(bitsPerPixel)) return ERROR_BAD_ARGUMENT;
   *bitmap = {};

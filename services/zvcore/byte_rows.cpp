@@ -72,17 +72,10 @@ const uint8_t* ByteRowReader::Row(int32_t row, uint8_t* scratch) const {
   const uint8_t* stored = RowAt(bitmap, row);
   if (direct) return stored;
   switch (bitmap.bitsPerPixel) {
-    case 1:
-      ExpandIndices<1>(stored, channels, bitmap.width, palette, scratch);
-      break;
-    case 4:
-      ExpandIndices<4>(stored, channels, bitmap.width, palette, scratch);
-      break;
-    case 8:
-      ExpandIndices<8>(stored, channels, bitmap.width, palette, scratch);
-      break;
-    default:
-      Expand555(stored, bitmap.width, scratch);
+    case 1: ExpandIndices<1>(stored, channels, bitmap.width, palette, scratch); break;
+    case 4: ExpandIndices<4>(stored, channels, bitmap.width, palette, scratch); break;
+    case 8: ExpandIndices<8>(stored, channels, bitmap.width, palette, scratch); break;
+    default: Expand555(stored, bitmap.width, scratch);
   }
   return scratch;
 }
@@ -98,14 +91,10 @@ int32_t ByteRowWriter::Prepare() {
 void ByteRowWriter::Put(int32_t row, const uint8_t* channelsRow) {
   uint8_t* stored = WritableRowAt(bitmap, row);
   switch (bitmap.bitsPerPixel) {
-    case 1:
-      return PackIndices<1>(channelsRow, channels, bitmap.width, matcher, stored);
-    case 4:
-      return PackIndices<4>(channelsRow, channels, bitmap.width, matcher, stored);
-    case 8:
-      return PackIndices<8>(channelsRow, channels, bitmap.width, matcher, stored);
-    default:
-      return Pack555(channelsRow, bitmap.width, stored);
+    case 1: return PackIndices<1>(channelsRow, channels, bitmap.width, matcher, stored);
+    case 4: return PackIndices<4>(channelsRow, channels, bitmap.width, matcher, stored);
+    case 8: return PackIndices<8>(channelsRow, channels, bitmap.width, matcher, stored);
+    default: return Pack555(channelsRow, bitmap.width, stored);
   }
 }
 

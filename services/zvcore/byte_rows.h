@@ -1,6 +1,6 @@
-/* Rows of 8-bit channels, the form in which resampling and rotation see every bitmap without 16-bit channels: 1 channel for
- * grey, 3 or 4 in the bitmap's own order for colour. Most bitmaps are in that form already; palette indices and 5-5-5 words
- * are expanded row by row and packed again. */
+/* Rows of 8-bit channels, the form in which resampling and rotation see every bitmap without 16-bit channels: 1
+ * channel for grey, 3 or 4 in the bitmap's own order for colour. Most bitmaps are in that form already; palette
+ * indices and 5-5-5 words are expanded row by row and packed again. */
 #ifndef ZV_ZVCORE_BYTE_ROWS_H
 #define ZV_ZVCORE_BYTE_ROWS_H
 

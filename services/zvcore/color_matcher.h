@@ -1,6 +1,6 @@
-/* Finds the entry of a palette that is next to a colour, exactly and fast: colour space is cut into small cubes, and each cube
- * remembers the few entries that can be nearest to anything in it (Heckbert, "Color Image Quantization for Frame Buffer
- * Display", 1982). Cubes are worked out when first asked. Copies the palette; one thread at a time. */
+/* Finds the entry of a palette that is next to a colour, exactly and fast: colour space is cut into small cubes, and
+ * each cube remembers the few entries that can be nearest to anything in it (Heckbert, "Color Image Quantization for
+ * Frame Buffer Display", 1982). Cubes are worked out when first asked. Copies the palette; one thread at a time. */
 #ifndef ZV_ZVCORE_COLOR_MATCHER_H
 #define ZV_ZVCORE_COLOR_MATCHER_H
 
@@ -20,8 +20,9 @@ class ColorMatcher {
 
   // The same answer as NearestEntry. Channels are 0 to 255.
   unsigned Match(int red, int green, int blue) {
-    return Match(red, green, blue, _mm_setr_epi16(static_cast<short>(blue), static_cast<short>(green), static_cast<short>(red), 0,
-                                                  0, 0, 0, 0));
+    return Match(
+        red, green, blue,
+        _mm_setr_epi16(static_cast<short>(blue), static_cast<short>(green), static_cast<short>(red), 0, 0, 0, 0, 0));
   }
   // As above, with the colour once more in the low words: blue, green, red, 0.
   unsigned Match(int red, int green, int blue, __m128i color) {

@@ -1,5 +1,6 @@
-/* Samples a picture between its pixels from the four by four around the position: cubic convolution with a = -0.5, or linear,
- * which is the same sum with other weights. Rows are those of the bitmap; the sampler owns its weight table alone. */
+/* Samples a picture between its pixels from the four by four around the position: cubic convolution with a = -0.5, or
+ * linear, which is the same sum with other weights. Rows are those of the bitmap; the sampler owns its weight table
+ * alone. */
 #ifndef ZV_ZVCORE_CUBIC_SAMPLER_H
 #define ZV_ZVCORE_CUBIC_SAMPLER_H
 
@@ -89,11 +90,11 @@ inline __m128 LoadReal(const uint8_t* at) {
   return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, zero));
 }
 
-// As SampleBytes for any channels. With alpha, colours are multiplied by it on the way in when they are not yet; the result
-// is always multiplied.
+// As SampleBytes for any channels. With alpha, colours are multiplied by it on the way in when they are not yet; the
+// result is always multiplied.
 template <typename T, int channels>
 inline __m128 SampleReal(const uint8_t* at, int64_t step, __m128 across, __m128 down, bool multiply) {
-  const auto spread = [](__m128 weights, __m128 (&out)[4]) {
+  const auto spread = [](__m128 weights, __m128(&out)[4]) {
     out[0] = _mm_shuffle_ps(weights, weights, 0x00);
     out[1] = _mm_shuffle_ps(weights, weights, 0x55);
     out[2] = _mm_shuffle_ps(weights, weights, 0xAA);

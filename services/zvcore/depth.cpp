@@ -25,7 +25,8 @@ bool IsSameFormat(const BITMAPHANDLE& bitmap, int bits, int32_t order, const ZVP
   return bits <= 16 ? order != ORDER_GRAY || gray : (bitmap.colorOrder == ORDER_RGB) == (order == ORDER_RGB);
 }
 
-// What the indices of the result stand for: the caller's palette, a grey ramp when grey is asked for, else the image's best.
+// What the indices of the result stand for: the caller's palette, a grey ramp when grey is asked for, else the
+// image's best.
 int32_t SetPalette(const BITMAPHANDLE& source, const ZVPALETTEENTRY* palette, int32_t order, BITMAPHANDLE& result) {
   const int entries = 1 << result.bitsPerPixel;
   if (palette) {
@@ -81,7 +82,8 @@ int32_t ConvertBitmapDepth(BITMAPHANDLE* bitmap, int32_t bitsPerPixel, int32_t o
                            int32_t dither) {
   int32_t status = CheckPixels(bitmap);
   if (status != SUCCESS) return status;
-  if (!IsKnownDepth(bitsPerPixel) || order < ORDER_RGB || order > ORDER_BGR_OR_GRAY || order == 3) return ERROR_BAD_ARGUMENT;
+  if (!IsKnownDepth(bitsPerPixel) || order < ORDER_RGB || order > ORDER_BGR_OR_GRAY || order == 3)
+    return ERROR_BAD_ARGUMENT;
   if (palette && bitsPerPixel > 8) return ERROR_BAD_ARGUMENT;
   order = ResolveOrder(*bitmap, bitsPerPixel, order);
   if (IsSameFormat(*bitmap, bitsPerPixel, order, palette)) return SUCCESS;
@@ -95,7 +97,8 @@ int32_t ConvertBitmapDepth(BITMAPHANDLE* bitmap, int32_t bitsPerPixel, int32_t o
   if (bitsPerPixel <= 8) status = SetPalette(*bitmap, palette, order, *converted);
   if (status != SUCCESS) return status;
   Progress progress(bitmap->height);
-  status = IsIndexed(*converted) && dither ? ConvertDithered(*bitmap, *converted, progress) : ConvertAllRows(*bitmap, *converted, &progress);
+  status = IsIndexed(*converted) && dither ? ConvertDithered(*bitmap, *converted, progress)
+                                           : ConvertAllRows(*bitmap, *converted, &progress);
   if (status != SUCCESS) return status;
   converted.MoveInto(*bitmap);
   return SUCCESS;

@@ -26,8 +26,8 @@ int32_t ErrorDiffusion::Prepare(int32_t rowWidth) {
   return current.Allocate(count) && below.Allocate(count) ? SUCCESS : ERROR_OUT_OF_MEMORY;
 }
 
-// Shares of a pixel's error: 7 to the next one, 3, 5 and 1 to those below, behind, under and ahead. A pixel below is complete,
-// and stored, when the row has moved past it.
+// Shares of a pixel's error: 7 to the next one, 3, 5 and 1 to those below, behind, under and ahead. A pixel below is
+// complete, and stored, when the row has moved past it.
 template <int step>
 void ErrorDiffusion::Diffuse(ColorMatcher& matcher, const Pixel8* row, uint8_t* indices) {
   const __m128i half = _mm_set1_epi16(8), none = _mm_setzero_si128();
@@ -38,7 +38,8 @@ void ErrorDiffusion::Diffuse(ColorMatcher& matcher, const Pixel8* row, uint8_t* 
     const __m128i error = _mm_add_epi16(LoadFour(&current[static_cast<size_t>(x + 1)]), next);
     const __m128i wanted = _mm_add_epi16(LoadBytes(row + x), _mm_srai_epi16(_mm_add_epi16(error, half), 4));
     const __m128i color = _mm_and_si128(_mm_unpacklo_epi8(_mm_packus_epi16(wanted, wanted), none), colorOnly);
-    const unsigned index = matcher.Match(_mm_extract_epi16(color, 2), _mm_extract_epi16(color, 1), _mm_extract_epi16(color, 0), color);
+    const unsigned index =
+        matcher.Match(_mm_extract_epi16(color, 2), _mm_extract_epi16(color, 1), _mm_extract_epi16(color, 0), color);
     indices[x] = static_cast<uint8_t>(index);
     const __m128i missing = _mm_and_si128(_mm_sub_epi16(color, LoadBytes(&matcher.Entry(index))), colorOnly);
     const __m128i three = _mm_add_epi16(missing, _mm_slli_epi16(missing, 1));

@@ -12,7 +12,9 @@ int ChannelsOf(const BITMAPHANDLE& bitmap, int byteChannels) {
   return bitmap.bitsPerPixel / 16;
 }
 
-bool NeedsMultiplying(const BITMAPHANDLE& bitmap) { return HasAlpha(bitmap) && !(bitmap.flags & BITMAP_FLAG_PREMULTIPLIED); }
+bool NeedsMultiplying(const BITMAPHANDLE& bitmap) {
+  return HasAlpha(bitmap) && !(bitmap.flags & BITMAP_FLAG_PREMULTIPLIED);
+}
 
 void MultiplyByAlpha(float* row, int32_t width, float highest) {
   for (int32_t x = 0; x < width; ++x, row += 4) {
@@ -43,7 +45,10 @@ void Round(const float* in, int64_t samples, float highest, T* out) {
 }  // namespace
 
 FloatRowReader::FloatRowReader(const BITMAPHANDLE& source)
-    : bitmap(source), byteReader(source), channels(ChannelsOf(source, byteReader.Channels())), wide(HasWideChannels(source)) {}
+    : bitmap(source),
+      byteReader(source),
+      channels(ChannelsOf(source, byteReader.Channels())),
+      wide(HasWideChannels(source)) {}
 
 void FloatRowReader::Read(int32_t row, uint8_t* scratch, float* out) const {
   const int64_t samples = static_cast<int64_t>(bitmap.width) * channels;

@@ -1,5 +1,6 @@
-/* Rows of real channels, the form in which 16-bit channels and alpha are resampled and rotated: levels as they are stored (0
- * to 255 or 0 to 65535), colours multiplied by alpha where there is one, so that what cannot be seen does not bleed. */
+/* Rows of real channels, the form in which 16-bit channels and alpha are resampled and rotated: levels as they are
+ * stored (0 to 255 or 0 to 65535), colours multiplied by alpha where there is one, so that what cannot be seen does
+ * not bleed. */
 #ifndef ZV_ZVCORE_FLOAT_ROWS_H
 #define ZV_ZVCORE_FLOAT_ROWS_H
 

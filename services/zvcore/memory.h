@@ -1,5 +1,6 @@
-/* The heap of this module. Every block comes through here, so that the number of live blocks is known, and so that the tests
- * can make any one allocation fail. Nothing here throws: a block that cannot be had is null, and a Buffer stays empty. */
+/* The heap of this module. Every block comes through here, so that the number of live blocks is known, and so that
+ * the tests can make any one allocation fail. Nothing here throws: a block that cannot be had is null, and a Buffer
+ * stays empty. */
 #ifndef ZV_ZVCORE_MEMORY_H
 #define ZV_ZVCORE_MEMORY_H
 
@@ -17,15 +18,16 @@ int64_t LiveBlocks() noexcept;
 // The allocation after `count` further ones fails, once; a negative count fails none.
 void FailAllocationAfter(int64_t count) noexcept;
 
-// Working memory of one operation: an array of plain values, aligned for vector loads, with room to read a vector past its
-// end.
+// Working memory of one operation: an array of plain values, aligned for vector loads, with room to read a vector
+// past its end.
 template <typename T>
 class Buffer {
  public:
   Buffer() = default;
   Buffer(const Buffer&) = delete;
   Buffer& operator=(const Buffer&) = delete;
-  Buffer(Buffer&& other) noexcept : values(std::exchange(other.values, nullptr)), length(std::exchange(other.length, 0)) {}
+  Buffer(Buffer&& other) noexcept
+      : values(std::exchange(other.values, nullptr)), length(std::exchange(other.length, 0)) {}
   Buffer& operator=(Buffer&& other) noexcept {
     std::swap(values, other.values);
     std::swap(length, other.length);

@@ -1,5 +1,6 @@
-/* What a file said beside its pixels, as blocks of bytes by kind. A handle owns one such set through its metadata field,
- * from the first block on; the set owns its blocks. Callers of the module use SetBitmapMetadata and its siblings. */
+/* What a file said beside its pixels, as blocks of bytes by kind. A handle owns one such set through its metadata
+ * field, from the first block on; the set owns its blocks. Callers of the module use SetBitmapMetadata and its
+ * siblings. */
 #ifndef ZV_ZVCORE_METADATA_H
 #define ZV_ZVCORE_METADATA_H
 

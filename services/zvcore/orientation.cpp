@@ -67,22 +67,14 @@ int32_t ReorientTransposed(BITMAPHANDLE& bitmap, Orientation orientation, bool r
 
 Orientation OrientationOf(int32_t perspective) {
   switch (perspective) {
-    case VIEW_TOP_RIGHT:
-      return {false, true, false};
-    case VIEW_BOTTOM_RIGHT:
-      return {false, true, true};
-    case VIEW_BOTTOM_LEFT:
-      return {false, false, true};
-    case VIEW_LEFT_TOP:
-      return {true, false, false};
-    case VIEW_RIGHT_TOP:
-      return {true, true, false};
-    case VIEW_RIGHT_BOTTOM:
-      return {true, true, true};
-    case VIEW_LEFT_BOTTOM:
-      return {true, false, true};
-    default:
-      return {};
+    case VIEW_TOP_RIGHT: return {false, true, false};
+    case VIEW_BOTTOM_RIGHT: return {false, true, true};
+    case VIEW_BOTTOM_LEFT: return {false, false, true};
+    case VIEW_LEFT_TOP: return {true, false, false};
+    case VIEW_RIGHT_TOP: return {true, true, false};
+    case VIEW_RIGHT_BOTTOM: return {true, true, true};
+    case VIEW_LEFT_BOTTOM: return {true, false, true};
+    default: return {};
   }
 }
 

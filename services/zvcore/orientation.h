@@ -24,8 +24,8 @@ Orientation QuarterTurns(int turns);
 // Whether the perspective shows a mirror image, in which clockwise as shown is anticlockwise as stored.
 bool ShowsMirrorImage(int32_t perspective);
 
-// Turns the stored rows; the view perspective stays. Without exchange of sides it works in place. Progress is reported when
-// it is wanted. The bitmap is unchanged on failure: ERROR_OUT_OF_MEMORY, ERROR_USER_ABORT.
+// Turns the stored rows; the view perspective stays. Without exchange of sides it works in place. Progress is
+// reported when it is wanted. The bitmap is unchanged on failure: ERROR_OUT_OF_MEMORY, ERROR_USER_ABORT.
 int32_t Reorient(BITMAPHANDLE& bitmap, Orientation orientation, bool reportsProgress);
 
 }  // namespace zvcore

@@ -53,7 +53,8 @@ int32_t ResampleBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source
   const ResampleFrame frame = {fullWidth, fullHeight, part->left, part->top};
   const bool packed = IsIndexed(*source) || (source->bitsPerPixel == 16 && !IsGray(*source));
   ScratchBitmap channels;
-  status = channels.AllocateLike(*source, width, height, packed ? ByteRowReader(*source).Channels() * 8 : source->bitsPerPixel);
+  status = channels.AllocateLike(*source, width, height,
+                                 packed ? ByteRowReader(*source).Channels() * 8 : source->bitsPerPixel);
   if (status != SUCCESS) return status;
   if (packed) channels->colorOrder = channels->bitsPerPixel == 8 ? ORDER_GRAY : ORDER_BGR;
   if (!packed || method != SIZE_NEAREST) {
@@ -87,7 +88,8 @@ int32_t PutBitmapPart(BITMAPHANDLE* destination, const BITMAPHANDLE* source, int
   if (status != SUCCESS) return status;
   const bool fits = left >= 0 && top >= 0 && left <= destination->width - source->width &&
                     top <= destination->height - source->height;
-  if (!fits || destination->bitsPerPixel != source->bitsPerPixel || destination->data == source->data) return ERROR_BAD_ARGUMENT;
+  if (!fits || destination->bitsPerPixel != source->bitsPerPixel || destination->data == source->data)
+    return ERROR_BAD_ARGUMENT;
   for (int32_t y = 0; y < source->height; ++y) {
     CopyPixels(source->bitsPerPixel, RowAt(*source, y), 0, source->width, WritableRowAt(*destination, top + y), left);
   }

@@ -74,26 +74,18 @@ T Multiply(T value, T alpha) {
 }
 
 template <typename T>
-void Decode(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels, Pixel<T>* out) {
+void Decode(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels,
+            Pixel<T>* out) {
   const bool rgb = format.colorOrder == ORDER_RGB, alpha = HasAlpha(format), gray = IsGray(format);
   switch (format.bitsPerPixel) {
-    case 1:
-      return DecodeIndices<1>(palette, row, pixels, out);
-    case 4:
-      return DecodeIndices<4>(palette, row, pixels, out);
-    case 8:
-      return gray ? DecodeGray<uint8_t>(row, pixels, out) : DecodeIndices<8>(palette, row, pixels, out);
-    case 16:
-      return gray ? DecodeGray<uint16_t>(row, pixels, out) : Decode555(row, pixels, out);
-    case 24:
-      return DecodeColor<uint8_t, 3>(rgb, false, row, pixels, out);
-    case 32:
-      DecodeColor<uint8_t, 4>(rgb, alpha, row, pixels, out);
-      break;
-    case 48:
-      return DecodeColor<uint16_t, 3>(rgb, false, row, pixels, out);
-    default:
-      DecodeColor<uint16_t, 4>(rgb, alpha, row, pixels, out);
+    case 1: return DecodeIndices<1>(palette, row, pixels, out);
+    case 4: return DecodeIndices<4>(palette, row, pixels, out);
+    case 8: return gray ? DecodeGray<uint8_t>(row, pixels, out) : DecodeIndices<8>(palette, row, pixels, out);
+    case 16: return gray ? DecodeGray<uint16_t>(row, pixels, out) : Decode555(row, pixels, out);
+    case 24: return DecodeColor<uint8_t, 3>(rgb, false, row, pixels, out);
+    case 32: DecodeColor<uint8_t, 4>(rgb, alpha, row, pixels, out); break;
+    case 48: return DecodeColor<uint16_t, 3>(rgb, false, row, pixels, out);
+    default: DecodeColor<uint16_t, 4>(rgb, alpha, row, pixels, out);
   }
   if (!alpha || !(format.flags & BITMAP_FLAG_PREMULTIPLIED)) return;
   for (int32_t x = 0; x < pixels; ++x) {
@@ -119,15 +111,16 @@ void Blend(Pixel<T>* row, int32_t pixels) {
 template <typename Sample, typename T>
 void EncodeGray(const Pixel<T>* in, int32_t pixels, uint8_t* row) {
   auto* out = reinterpret_cast<Sample*>(row);
-  for (int32_t x = 0; x < pixels; ++x) out[x] = ToDepth<Sample>(static_cast<T>(Luma(in[x].red, in[x].green, in[x].blue)));
+  for (int32_t x = 0; x < pixels; ++x)
+    out[x] = ToDepth<Sample>(static_cast<T>(Luma(in[x].red, in[x].green, in[x].blue)));
 }
 
 template <typename T>
 void Encode555(const Pixel<T>* in, int32_t pixels, uint8_t* row) {
   auto* out = reinterpret_cast<uint16_t*>(row);
   for (int32_t x = 0; x < pixels; ++x) {
-    out[x] = static_cast<uint16_t>(Narrow5(ToDepth<uint8_t>(in[x].red)) << 10 | Narrow5(ToDepth<uint8_t>(in[x].green)) << 5 |
-                                   Narrow5(ToDepth<uint8_t>(in[x].blue)));
+    out[x] = static_cast<uint16_t>(Narrow5(ToDepth<uint8_t>(in[x].red)) << 10 |
+                                   Narrow5(ToDepth<uint8_t>(in[x].green)) << 5 | Narrow5(ToDepth<uint8_t>(in[x].blue)));
   }
 }
 
@@ -153,22 +146,17 @@ void Encode(const BITMAPHANDLE& format, const Pixel<T>* in, int32_t pixels, uint
   const bool rgb = format.colorOrder == ORDER_RGB;
   const bool multiply = HasAlpha(format) && (format.flags & BITMAP_FLAG_PREMULTIPLIED);
   switch (format.bitsPerPixel) {
-    case 8:
-      return EncodeGray<uint8_t>(in, pixels, row);
-    case 16:
-      return IsGray(format) ? EncodeGray<uint16_t>(in, pixels, row) : Encode555(in, pixels, row);
-    case 24:
-      return EncodeColor<uint8_t, 3>(rgb, false, in, pixels, row);
-    case 32:
-      return EncodeColor<uint8_t, 4>(rgb, multiply, in, pixels, row);
-    case 48:
-      return EncodeColor<uint16_t, 3>(rgb, false, in, pixels, row);
-    default:
-      return EncodeColor<uint16_t, 4>(rgb, multiply, in, pixels, row);
+    case 8: return EncodeGray<uint8_t>(in, pixels, row);
+    case 16: return IsGray(format) ? EncodeGray<uint16_t>(in, pixels, row) : Encode555(in, pixels, row);
+    case 24: return EncodeColor<uint8_t, 3>(rgb, false, in, pixels, row);
+    case 32: return EncodeColor<uint8_t, 4>(rgb, multiply, in, pixels, row);
+    case 48: return EncodeColor<uint16_t, 3>(rgb, false, in, pixels, row);
+    default: return EncodeColor<uint16_t, 4>(rgb, multiply, in, pixels, row);
   }
 }
 
-// Plain 8-bit channels: a pixel moves as a doubleword. The last pixel of three bytes is not read and not written past its end.
+// Plain 8-bit channels: a pixel moves as a doubleword. The last pixel of three bytes is not read and not written past
+// its end.
 template <int from, int to>
 void MoveBytes(bool exchange, const uint8_t* in, int32_t pixels, uint8_t* out) {
   const auto move = [exchange](uint32_t value) {
@@ -200,16 +188,22 @@ void MatchIndices(ColorMatcher& matcher, const Pixel8* in, int32_t pixels, uint8
 
 }  // namespace
 
-void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels, Pixel8* out) {
+void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels,
+               Pixel8* out) {
   Decode(format, palette, row, pixels, out);
 }
-void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels, Pixel16* out) {
+void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels,
+               Pixel16* out) {
   Decode(format, palette, row, pixels, out);
 }
 void BlendOnWhite(Pixel8* row, int32_t pixels) { Blend(row, pixels); }
 void BlendOnWhite(Pixel16* row, int32_t pixels) { Blend(row, pixels); }
-void EncodeRow(const BITMAPHANDLE& format, const Pixel8* in, int32_t pixels, uint8_t* row) { Encode(format, in, pixels, row); }
-void EncodeRow(const BITMAPHANDLE& format, const Pixel16* in, int32_t pixels, uint8_t* row) { Encode(format, in, pixels, row); }
+void EncodeRow(const BITMAPHANDLE& format, const Pixel8* in, int32_t pixels, uint8_t* row) {
+  Encode(format, in, pixels, row);
+}
+void EncodeRow(const BITMAPHANDLE& format, const Pixel16* in, int32_t pixels, uint8_t* row) {
+  Encode(format, in, pixels, row);
+}
 
 void EncodeIndices(const BITMAPHANDLE& format, ColorMatcher& matcher, const Pixel8* in, int32_t pixels, uint8_t* row) {
   if (format.bitsPerPixel == 1) return MatchIndices<1>(matcher, in, pixels, row);
@@ -218,7 +212,8 @@ void EncodeIndices(const BITMAPHANDLE& format, ColorMatcher& matcher, const Pixe
 }
 
 int32_t RowConverter::Prepare(const BITMAPHANDLE& sourceFormat, const BITMAPHANDLE& destinationFormat, int32_t pixels) {
-  if (!IsKnownDepth(sourceFormat.bitsPerPixel) || !IsKnownDepth(destinationFormat.bitsPerPixel)) return ERROR_BAD_ARGUMENT;
+  if (!IsKnownDepth(sourceFormat.bitsPerPixel) || !IsKnownDepth(destinationFormat.bitsPerPixel))
+    return ERROR_BAD_ARGUMENT;
   source = sourceFormat;
   destination = destinationFormat;
   blends = HasAlpha(source) && !HasAlpha(destination);
@@ -244,7 +239,9 @@ void RowConverter::ConvertBy(Buffer<Pixel<T>>& row, const uint8_t* in, uint8_t* 
 }
 
 bool RowConverter::OnlyMovesBytes() const {
-  const auto isPlain = [](const BITMAPHANDLE& format) { return format.bitsPerPixel == 24 || format.bitsPerPixel == 32; };
+  const auto isPlain = [](const BITMAPHANDLE& format) {
+    return format.bitsPerPixel == 24 || format.bitsPerPixel == 32;
+  };
   if (!isPlain(source) || !isPlain(destination) || blends) return false;
   if (source.bitsPerPixel == 32 && destination.bitsPerPixel == 32) {
     return HasAlpha(source) && ((source.flags ^ destination.flags) & BITMAP_FLAG_PREMULTIPLIED) == 0;

@@ -1,6 +1,6 @@
-/* Conversion of single rows between pixel formats, by way of blue, green, red, alpha of 8 or 16 bits. Formats are handles of
- * which depth, order, flags and palette are read. Knows nothing of whole images: choosing colours and dithering is next door,
- * in quantize.h and dither.h. */
+/* Conversion of single rows between pixel formats, by way of blue, green, red, alpha of 8 or 16 bits. Formats are
+ * handles of which depth, order, flags and palette are read. Knows nothing of whole images: choosing colours and
+ * dithering is next door, in quantize.h and dither.h. */
 #ifndef ZV_ZVCORE_PIXEL_CONVERT_H
 #define ZV_ZVCORE_PIXEL_CONVERT_H
 
@@ -22,8 +22,10 @@ using Pixel8 = Pixel<uint8_t>;
 using Pixel16 = Pixel<uint16_t>;
 
 // Decodes `pixels` pixels. palette is that of CompletePalette.
-void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels, Pixel8* out);
-void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels, Pixel16* out);
+void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels,
+               Pixel8* out);
+void DecodeRow(const BITMAPHANDLE& format, const ZVPALETTEENTRY* palette, const uint8_t* row, int32_t pixels,
+               Pixel16* out);
 
 // Lays what has alpha over white, which is what paper does.
 void BlendOnWhite(Pixel8* row, int32_t pixels);
@@ -56,7 +58,8 @@ class RowConverter {
   Buffer<Pixel16> wide;
 };
 
-// Converts all rows between bitmaps of one size, with progress when it is wanted. ERROR_OUT_OF_MEMORY, ERROR_USER_ABORT.
+// Converts all rows between bitmaps of one size, with progress when it is wanted. ERROR_OUT_OF_MEMORY,
+// ERROR_USER_ABORT.
 int32_t ConvertAllRows(const BITMAPHANDLE& source, BITMAPHANDLE& destination, Progress* progress = nullptr);
 
 }  // namespace zvcore

@@ -1,5 +1,5 @@
-/* Where the pixels of a bitmap are: row addresses, packed indices, geometry checks and format questions. Reads handles and
- * owns nothing. All row numbers count from the top of the stored picture, whatever the memory order. */
+/* Where the pixels of a bitmap are: row addresses, packed indices, geometry checks and format questions. Reads
+ * handles and owns nothing. All row numbers count from the top of the stored picture, whatever the memory order. */
 #ifndef ZV_ZVCORE_PIXELS_H
 #define ZV_ZVCORE_PIXELS_H
 
@@ -102,15 +102,15 @@ void FillGrayRamp(ZVPALETTEENTRY* palette, int bits);
 inline bool IsSameColor(const ZVPALETTEENTRY& a, const ZVPALETTEENTRY& b) {
   return a.red == b.red && a.green == b.green && a.blue == b.blue;
 }
-// All colours that the indices of a bitmap can name: its palette, black past its end, or a grey ramp without one. Gives the
-// number of entries that may be chosen from.
+// All colours that the indices of a bitmap can name: its palette, black past its end, or a grey ramp without one.
+// Gives the number of entries that may be chosen from.
 int CompletePalette(const BITMAPHANDLE& bitmap, ZVPALETTEENTRY (&palette)[256]);
 bool IsGrayPalette(const ZVPALETTEENTRY* palette, int count);
 // The entry next to a colour by the sum of squared channel differences; the first of equals. count is at least 1.
 unsigned NearestEntry(const ZVPALETTEENTRY* palette, int count, int red, int green, int blue);
 
-// Writes the pixel of a COLORREF as the bitmap stores it, and gives its bytes. Indices of less than 8 bits fill the byte with
-// copies, so that a whole row can be set bytewise. pixel holds 8 bytes.
+// Writes the pixel of a COLORREF as the bitmap stores it, and gives its bytes. Indices of less than 8 bits fill the
+// byte with copies, so that a whole row can be set bytewise. pixel holds 8 bytes.
 int EncodePixel(const BITMAPHANDLE& bitmap, uint32_t color, uint8_t* pixel);
 
 }  // namespace zvcore

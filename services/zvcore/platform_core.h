@@ -1,5 +1,5 @@
-/* What zvcore asks of the operating system: the system's 8-bit text. One file a platform implements it. Neither function
- * throws; copies come from the heap of memory.h and are the caller's. */
+/* What zvcore asks of the operating system: the system's 8-bit text. One file a platform implements it. Neither
+ * function throws; copies come from the heap of memory.h and are the caller's. */
 #ifndef ZV_ZVCORE_PLATFORM_CORE_H
 #define ZV_ZVCORE_PLATFORM_CORE_H
 

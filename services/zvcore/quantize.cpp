@@ -14,7 +14,7 @@ constexpr int kCells = kSide * kSide * kSide;
 
 struct Moments {
   int64_t count = 0;
-  int64_t sum[3] = {};      // red, green, blue
+  int64_t sum[3] = {};  // red, green, blue
   double squares = 0;
 
   void Add(const Moments& other) {
@@ -95,7 +95,9 @@ class Histogram {
   }
 
  private:
-  static size_t CellOf(int red, int green, int blue) { return static_cast<size_t>((red * kSide + green) * kSide + blue); }
+  static size_t CellOf(int red, int green, int blue) {
+    return static_cast<size_t>((red * kSide + green) * kSide + blue);
+  }
   Buffer<Moments> cells;
 };
 
@@ -149,7 +151,9 @@ int SplitBoxes(const Histogram& histogram, int maxEntries, ZVPALETTEENTRY (&pale
   }
   for (int i = 0; i < count; ++i) {
     const Moments& moments = boxes[i].moments;
-    const auto average = [&](int c) { return static_cast<uint8_t>((moments.sum[c] + moments.count / 2) / moments.count); };
+    const auto average = [&](int c) {
+      return static_cast<uint8_t>((moments.sum[c] + moments.count / 2) / moments.count);
+    };
     palette[i] = {average(2), average(1), average(0), 255};
   }
   return count;

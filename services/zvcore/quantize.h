@@ -1,6 +1,7 @@
-/* Chooses the colours of a palette for an image. An image of few colours keeps them all; else colour space is split where
- * that lowers the sum of squared errors most (Wu, "Color quantization by dynamic programming and principal analysis", 1992,
- * greedy form), over a histogram of 5 bits a channel that keeps the true averages. Reads the image row by row. */
+/* Chooses the colours of a palette for an image. An image of few colours keeps them all; else colour space is split
+ * where that lowers the sum of squared errors most (Wu, "Color quantization by dynamic programming and principal
+ * analysis", 1992, greedy form), over a histogram of 5 bits a channel that keeps the true averages. Reads the image
+ * row by row. */
 #ifndef ZV_ZVCORE_QUANTIZE_H
 #define ZV_ZVCORE_QUANTIZE_H
 

@@ -53,10 +53,11 @@ __m128i FilterGray(const int16_t* row, const AxisWeights& weights, int32_t x) {
   return sum;
 }
 
-// Four neighbouring result pixels, scaled and rounded: one pixel a vector, or all four in vector 0 for grey. Pixels past the
-// last are copies of it.
+// Four neighbouring result pixels, scaled and rounded: one pixel a vector, or all four in vector 0 for grey. Pixels
+// past the last are copies of it.
 template <int channels>
-void FilterFour(const int16_t* row, const AxisWeights& weights, int32_t x, int32_t width, float factor, __m128i (&out)[4]) {
+void FilterFour(const int16_t* row, const AxisWeights& weights, int32_t x, int32_t width, float factor,
+                __m128i (&out)[4]) {
   int32_t at[4];
   float scale[4];
   for (int i = 0; i < 4; ++i) {
@@ -70,7 +71,8 @@ void FilterFour(const int16_t* row, const AxisWeights& weights, int32_t x, int32
     const __m128i odd = _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(ab), _mm_castsi128_ps(cd), 0xDD));
     out[0] = ScaleRounded(_mm_add_epi32(even, odd), _mm_loadu_ps(scale));
   } else {
-    for (int i = 0; i < 4; ++i) out[i] = ScaleRounded(FilterPixel<channels>(row, weights, at[i]), _mm_set1_ps(scale[i]));
+    for (int i = 0; i < 4; ++i)
+      out[i] = ScaleRounded(FilterPixel<channels>(row, weights, at[i]), _mm_set1_ps(scale[i]));
   }
 }
 
@@ -85,8 +87,8 @@ __m128i PackFourToBytes(const __m128i (&pixels)[4]) {
   }
 }
 
-// Moves four pixels out of a vector that holds one in every 4 bytes. For three channels the last store writes one byte too
-// many.
+// Moves four pixels out of a vector that holds one in every 4 bytes. For three channels the last store writes one
+// byte too many.
 template <int channels>
 void StoreFourBytes(uint8_t* out, __m128i packed) {
   if constexpr (channels == 4) {
@@ -158,22 +160,16 @@ void ByteRowSum::Flush(float scale, int16_t* out) {
     group.weights[grouped] = 0;
   }
   switch ((grouped + 1) / 2) {
-    case 1:
-      SumGroup<1, first, last>(scale, out);
-      break;
-    case 2:
-      SumGroup<2, first, last>(scale, out);
-      break;
-    case 3:
-      SumGroup<3, first, last>(scale, out);
-      break;
-    default:
-      SumGroup<4, first, last>(scale, out);
+    case 1: SumGroup<1, first, last>(scale, out); break;
+    case 2: SumGroup<2, first, last>(scale, out); break;
+    case 3: SumGroup<3, first, last>(scale, out); break;
+    default: SumGroup<4, first, last>(scale, out);
   }
   grouped = 0;
 }
 
-// Rows are taken in pairs. Sums of the rows before come in unless these are the first, and go out unless they are the last.
+// Rows are taken in pairs. Sums of the rows before come in unless these are the first, and go out unless they are the
+// last.
 template <int pairs, bool first, bool last>
 void ByteRowSum::SumGroup(float scale, int16_t* out) {
   const __m128i zero = _mm_setzero_si128();

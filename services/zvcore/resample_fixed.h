@@ -1,6 +1,7 @@
-/* Fixed-point passes over rows of 8-bit channels (SSE2, which every x86-64 processor has). Between the two passes samples are
- * 16-bit words of kWordScale times the level, which leaves room for what the cubic kernel overshoots. Rows of words come
- * from Buffer: the passes read and write up to a vector past their end. Rows of bytes are never touched past their end. */
+/* Fixed-point passes over rows of 8-bit channels (SSE2, which every x86-64 processor has). Between the two passes
+ * samples are 16-bit words of kWordScale times the level, which leaves room for what the cubic kernel overshoots.
+ * Rows of words come from Buffer: the passes read and write up to a vector past their end. Rows of bytes are never
+ * touched past their end. */
 #ifndef ZV_ZVCORE_RESAMPLE_FIXED_H
 #define ZV_ZVCORE_RESAMPLE_FIXED_H
 

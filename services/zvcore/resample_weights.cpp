@@ -26,12 +26,9 @@ class AxisGeometry {
   // weights has room for MaxCount() values.
   AxisSpan Compute(int32_t i, double* weights) const {
     switch (filter) {
-      case AxisFilter::kArea:
-        return ComputeArea(i, weights);
-      case AxisFilter::kTriangle:
-        return ComputeTriangle(i, weights);
-      case AxisFilter::kCubic:
-        return ComputeCubic(i, weights);
+      case AxisFilter::kArea: return ComputeArea(i, weights);
+      case AxisFilter::kTriangle: return ComputeTriangle(i, weights);
+      case AxisFilter::kCubic: return ComputeCubic(i, weights);
     }
     return {0, 1};
   }
@@ -82,8 +79,8 @@ class AxisGeometry {
 
 int32_t AllocateSpans(const AxisGeometry& geometry, int32_t count, AxisWeights& weights, Buffer<double>& row) {
   weights.stride = (geometry.MaxCount() + 3) & ~3;
-  const bool enough = weights.spans.Allocate(static_cast<size_t>(count)) &&
-                      row.Allocate(static_cast<size_t>(weights.stride) + 4);
+  const bool enough =
+      weights.spans.Allocate(static_cast<size_t>(count)) && row.Allocate(static_cast<size_t>(weights.stride) + 4);
   return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
 }
 
@@ -105,9 +102,7 @@ AxisFilter FilterFor(int32_t method, int32_t sourceSize, int32_t destinationSize
   return destinationSize > sourceSize ? AxisFilter::kCubic : AxisFilter::kArea;
 }
 
-bool FixedPointSuits(const Axis& axis) {
-  return Ratio(axis) <= (axis.filter == AxisFilter::kTriangle ? 8 : 1024);
-}
+bool FixedPointSuits(const Axis& axis) { return Ratio(axis) <= (axis.filter == AxisFilter::kTriangle ? 8 : 1024); }
 
 int32_t BuildFixedWeights(const Axis& axis, int32_t largestSample, AxisWeights& weights) {
   const AxisGeometry geometry(axis);

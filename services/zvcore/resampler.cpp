@@ -32,38 +32,33 @@ class NearestResampler : public Resampler {
     const int32_t sourceRow = SourceOf(frame.top + row, source.height, frame.height);
     uint8_t* out = WritableRowAt(destination, row);
     if (sourceRow == lastSourceRow) {
-      std::memcpy(out, RowAt(destination, row - 1), static_cast<size_t>(LineBytes(destination.width, destination.bitsPerPixel)));
+      std::memcpy(out, RowAt(destination, row - 1),
+                  static_cast<size_t>(LineBytes(destination.width, destination.bitsPerPixel)));
       return;
     }
     lastSourceRow = sourceRow;
     const uint8_t* in = RowAt(source, sourceRow);
     switch (source.bitsPerPixel) {
-      case 1:
-        return PickIndices<1>(in, out);
-      case 4:
-        return PickIndices<4>(in, out);
-      case 8:
-        return PickPixels<1>(in, out);
-      case 16:
-        return PickPixels<2>(in, out);
-      case 24:
-        return PickPixels<3>(in, out);
-      case 32:
-        return PickPixels<4>(in, out);
-      case 48:
-        return PickPixels<6>(in, out);
-      default:
-        return PickPixels<8>(in, out);
+      case 1: return PickIndices<1>(in, out);
+      case 4: return PickIndices<4>(in, out);
+      case 8: return PickPixels<1>(in, out);
+      case 16: return PickPixels<2>(in, out);
+      case 24: return PickPixels<3>(in, out);
+      case 32: return PickPixels<4>(in, out);
+      case 48: return PickPixels<6>(in, out);
+      default: return PickPixels<8>(in, out);
     }
   }
 
  private:
   static int32_t SourceOf(int32_t at, int32_t sourceSize, int32_t destinationSize) {
-    return static_cast<int32_t>((2 * static_cast<int64_t>(at) + 1) * sourceSize / (2 * static_cast<int64_t>(destinationSize)));
+    return static_cast<int32_t>((2 * static_cast<int64_t>(at) + 1) * sourceSize /
+                                (2 * static_cast<int64_t>(destinationSize)));
   }
   template <int bits>
   void PickIndices(const uint8_t* in, uint8_t* out) const {
-    for (int32_t x = 0; x < destination.width; ++x) PutIndexAt<bits>(out, x, IndexAt<bits>(in, columns[static_cast<size_t>(x)]));
+    for (int32_t x = 0; x < destination.width; ++x)
+      PutIndexAt<bits>(out, x, IndexAt<bits>(in, columns[static_cast<size_t>(x)]));
   }
   template <int bytes>
   void PickPixels(const uint8_t* in, uint8_t* out) const {
@@ -81,8 +76,8 @@ class NearestResampler : public Resampler {
 
 constexpr int32_t kRing = 4;  // filtered rows that an enlargement needs at a time
 
-// 8-bit channels. The pass that leaves fewer samples to the other comes first: down the columns for a reduction, along the
-// rows for an enlargement.
+// 8-bit channels. The pass that leaves fewer samples to the other comes first: down the columns for a reduction,
+// along the rows for an enlargement.
 class FixedResampler : public Resampler {
  public:
   FixedResampler(const BITMAPHANDLE& from, BITMAPHANDLE& to, const Axis& axisAcross, const Axis& axisDown)
@@ -98,9 +93,11 @@ class FixedResampler : public Resampler {
     if (result == SUCCESS) result = BuildFixedWeights(down, downFirst ? 255 : kLargestWord, rows);
     if (result == SUCCESS && downFirst) result = sum.Prepare(sourceSamples);
     if (result != SUCCESS) return result;
-    bool enough = words.Allocate(static_cast<size_t>(sourceSamples)) && packed.Allocate(static_cast<size_t>(resultSamples)) &&
+    bool enough = words.Allocate(static_cast<size_t>(sourceSamples)) &&
+                  packed.Allocate(static_cast<size_t>(resultSamples)) &&
                   expanded.Allocate(static_cast<size_t>(sourceSamples) * ByteRowSum::kRowsAtOnce);
-    for (int32_t i = 0; enough && !downFirst && i < kRing; ++i) enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
+    for (int32_t i = 0; enough && !downFirst && i < kRing; ++i)
+      enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
     return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
   }
 
@@ -171,7 +168,8 @@ class FloatResampler : public Resampler {
     if (result == SUCCESS) result = BuildRealWeights(across, columns);
     if (result == SUCCESS) result = BuildRealWeights(down, rows);
     if (result != SUCCESS) return result;
-    bool enough = loaded.Allocate(static_cast<size_t>(sourceSamples)) && out.Allocate(static_cast<size_t>(resultSamples)) &&
+    bool enough = loaded.Allocate(static_cast<size_t>(sourceSamples)) &&
+                  out.Allocate(static_cast<size_t>(resultSamples)) &&
                   bytes.Allocate(static_cast<size_t>(std::max(sourceSamples, resultSamples)));
     if (downFirst) return enough && sum.Allocate(static_cast<size_t>(sourceSamples)) ? SUCCESS : ERROR_OUT_OF_MEMORY;
     for (int32_t i = 0; enough && i < kRing; ++i) enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
@@ -222,12 +220,13 @@ class FloatResampler : public Resampler {
 
 }  // namespace
 
-std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, const ResampleFrame& frame,
-                                        int32_t method) {
+std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination,
+                                        const ResampleFrame& frame, int32_t method) {
   if (method == SIZE_NEAREST) {
     return std::unique_ptr<Resampler>(new (std::nothrow) NearestResampler(source, destination, frame));
   }
-  const Axis across = {FilterFor(method, source.width, frame.width), source.width, frame.width, frame.left, destination.width};
+  const Axis across = {FilterFor(method, source.width, frame.width), source.width, frame.width, frame.left,
+                       destination.width};
   const Axis down = {FilterFor(method, source.height, frame.height), source.height, frame.height, frame.top,
                      destination.height};
   const bool fixed = !HasWideChannels(source) && !HasAlpha(source) && FixedPointSuits(across) && FixedPointSuits(down);

@@ -25,10 +25,11 @@ struct ResampleFrame {
   int32_t left, top;
 };
 
-// The resampler that suits the format and the method (SIZE_...); null when memory runs out. The destination has the source's
-// depth, order, alpha flags and palette; or, for methods above nearest, the channels that ByteRowReader gives.
-std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination, const ResampleFrame& frame,
-                                        int32_t method);
+// The resampler that suits the format and the method (SIZE_...); null when memory runs out. The destination has the
+// source's depth, order, alpha flags and palette; or, for methods above nearest, the channels that ByteRowReader
+// gives.
+std::unique_ptr<Resampler> NewResampler(const BITMAPHANDLE& source, BITMAPHANDLE& destination,
+                                        const ResampleFrame& frame, int32_t method);
 
 // Prepares and makes all rows of a destination that is the whole, with progress.
 int32_t Resample(const BITMAPHANDLE& source, BITMAPHANDLE& destination, int32_t method);

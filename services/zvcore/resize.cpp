@@ -6,7 +6,6 @@ using namespace zvcore;
 
 namespace {
 
-
 // Indices mean the same in both, and channels stand in the same places.
 bool HasSamePixelFormat(const BITMAPHANDLE& a, const BITMAPHANDLE& b) {
   if (a.bitsPerPixel != b.bitsPerPixel || IsGray(a) != IsGray(b)) return false;

@@ -50,7 +50,8 @@ uint32_t PaletteColor(const BITMAPHANDLE& bitmap, uint32_t color) {
   return static_cast<uint32_t>(entry.red | entry.green << 8 | entry.blue << 16);
 }
 
-int32_t RenderOnto(const BITMAPHANDLE& source, BITMAPHANDLE& canvas, int32_t angle, RotationFilter filter, uint32_t color) {
+int32_t RenderOnto(const BITMAPHANDLE& source, BITMAPHANDLE& canvas, int32_t angle, RotationFilter filter,
+                   uint32_t color) {
   uint8_t fillPixel[8];
   EncodePixel(source, color, fillPixel);
   return RenderTurned(source, canvas, angle, filter, fillPixel);

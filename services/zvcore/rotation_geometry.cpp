@@ -9,7 +9,9 @@ namespace {
 
 double Radians(int32_t angle) { return angle * (std::numbers::pi / 18000); }
 
-int64_t Fixed(double value) { return static_cast<int64_t>(std::floor(value * static_cast<double>(kPositionOne) + 0.5)); }
+int64_t Fixed(double value) {
+  return static_cast<int64_t>(std::floor(value * static_cast<double>(kPositionOne) + 0.5));
+}
 
 int64_t FloorDivide(int64_t value, int64_t divisor) {
   const int64_t quotient = value / divisor;

@@ -1,5 +1,5 @@
-/* Where the pixels of a turned picture come from. Positions are pixel indices in 32.32 fixed point, a pixel's centre being at
- * its whole index; they are exact to far below a thousandth of a pixel over the largest bitmap. */
+/* Where the pixels of a turned picture come from. Positions are pixel indices in 32.32 fixed point, a pixel's centre
+ * being at its whole index; they are exact to far below a thousandth of a pixel over the largest bitmap. */
 #ifndef ZV_ZVCORE_ROTATION_GEOMETRY_H
 #define ZV_ZVCORE_ROTATION_GEOMETRY_H
 
@@ -38,8 +38,8 @@ class RotationGeometry {
   Position SourceOf(int32_t x, int32_t y) const;
   Position Step() const { return step; }
 
-  // The part of columns [first, last) of a canvas row whose source positions lie in [margin.low, size - 1 + margin.high]
-  // both ways. Margins are fixed-point distances.
+  // The part of columns [first, last) of a canvas row whose source positions lie in [margin.low, size - 1 +
+  // margin.high] both ways. Margins are fixed-point distances.
   struct Margins {
     int64_t low;
     int64_t high;

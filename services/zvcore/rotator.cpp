@@ -104,8 +104,8 @@ class SampledTurner {
   SampledTurner(const Scene& turned, const Channels& kind) : scene(turned), channels(kind) {}
 
   void Render(int32_t y, ColumnRange columns) const {
-    // Two pixels outside, nothing of the source is left. Two inside, all sixteen pixels are there, and rows may be read a
-    // vector past their end, since there is always a further row.
+    // Two pixels outside, nothing of the source is left. Two inside, all sixteen pixels are there, and rows may be
+    // read a vector past their end, since there is always a further row.
     constexpr int64_t kTwo = 2 * kPositionOne;
     const bool rowsHoldVectors = scene.source.bytesPerLine >= 16;
     const ColumnRange seen = scene.geometry.ColumnsInside(y, columns, {-kTwo, kTwo});
@@ -195,22 +195,14 @@ int32_t RenderNearest(const Scene& scene) {
 
 int32_t RenderNearestOf(int bits, const Scene& scene) {
   switch (bits) {
-    case 1:
-      return RenderNearest<1>(scene);
-    case 4:
-      return RenderNearest<4>(scene);
-    case 8:
-      return RenderNearest<8>(scene);
-    case 16:
-      return RenderNearest<16>(scene);
-    case 24:
-      return RenderNearest<24>(scene);
-    case 32:
-      return RenderNearest<32>(scene);
-    case 48:
-      return RenderNearest<48>(scene);
-    default:
-      return RenderNearest<64>(scene);
+    case 1: return RenderNearest<1>(scene);
+    case 4: return RenderNearest<4>(scene);
+    case 8: return RenderNearest<8>(scene);
+    case 16: return RenderNearest<16>(scene);
+    case 24: return RenderNearest<24>(scene);
+    case 32: return RenderNearest<32>(scene);
+    case 48: return RenderNearest<48>(scene);
+    default: return RenderNearest<64>(scene);
   }
 }
 
@@ -218,27 +210,22 @@ int32_t RenderNearestOf(int bits, const Scene& scene) {
 
 int32_t RenderTurned(const BITMAPHANDLE& source, BITMAPHANDLE& canvas, int32_t angle, RotationFilter filter,
                      const uint8_t* fillPixel) {
-  const Scene scene = {source, canvas, RotationGeometry({source.width, source.height}, {canvas.width, canvas.height}, angle),
-                       fillPixel};
+  const Scene scene = {
+      source, canvas, RotationGeometry({source.width, source.height}, {canvas.width, canvas.height}, angle), fillPixel};
   if (filter == RotationFilter::kNearest) return RenderNearestOf(source.bitsPerPixel, scene);
   if (IsIndexed(source) || (source.bitsPerPixel == 16 && !IsGray(source))) return ERROR_BAD_ARGUMENT;
   CubicWeights weights;
   if (weights.Prepare(filter == RotationFilter::kLinear) != SUCCESS) return ERROR_OUT_OF_MEMORY;
   const bool alpha = HasAlpha(source), premultiplied = source.flags & BITMAP_FLAG_PREMULTIPLIED;
   switch (source.bitsPerPixel) {
-    case 8:
-      return RenderSampled(scene, ByteChannels<1>{weights});
-    case 16:
-      return RenderSampled(scene, RealChannels<uint16_t, 1>{weights, false, false});
-    case 24:
-      return RenderSampled(scene, ByteChannels<3>{weights});
+    case 8: return RenderSampled(scene, ByteChannels<1>{weights});
+    case 16: return RenderSampled(scene, RealChannels<uint16_t, 1>{weights, false, false});
+    case 24: return RenderSampled(scene, ByteChannels<3>{weights});
     case 32:
       if (alpha) return RenderSampled(scene, RealChannels<uint8_t, 4>{weights, true, premultiplied});
       return RenderSampled(scene, ByteChannels<4>{weights});
-    case 48:
-      return RenderSampled(scene, RealChannels<uint16_t, 3>{weights, false, false});
-    default:
-      return RenderSampled(scene, RealChannels<uint16_t, 4>{weights, alpha, premultiplied});
+    case 48: return RenderSampled(scene, RealChannels<uint16_t, 3>{weights, false, false});
+    default: return RenderSampled(scene, RealChannels<uint16_t, 4>{weights, alpha, premultiplied});
   }
 }
 

@@ -10,9 +10,10 @@ namespace zvcore {
 
 enum class RotationFilter { kNearest, kLinear, kCubic };
 
-// Fills every pixel of the canvas, which has the source's format, with the source turned clockwise by hundredths of a degree.
-// Where the source does not reach stands fillPixel, as EncodePixel made it; the edge blends into it. Filters other than
-// nearest need channels: no indices and no 5-5-5 words. Reports progress. ERROR_OUT_OF_MEMORY, ERROR_USER_ABORT.
+// Fills every pixel of the canvas, which has the source's format, with the source turned clockwise by hundredths of a
+// degree. Where the source does not reach stands fillPixel, as EncodePixel made it; the edge blends into it. Filters
+// other than nearest need channels: no indices and no 5-5-5 words. Reports progress. ERROR_OUT_OF_MEMORY,
+// ERROR_USER_ABORT.
 int32_t RenderTurned(const BITMAPHANDLE& source, BITMAPHANDLE& canvas, int32_t angle, RotationFilter filter,
                      const uint8_t* fillPixel);
 

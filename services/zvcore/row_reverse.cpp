@@ -68,20 +68,13 @@ void ReverseVectors(const uint8_t* in, int64_t pixels, uint8_t* out) {
 void ReverseRow(const uint8_t* in, int32_t pixels, int bits, uint8_t* out) {
   switch (bits) {
     case 1:
-    case 4:
-      return ReversePacked(in, pixels, bits, out);
-    case 8:
-      return ReverseVectors<1>(in, pixels, out);
-    case 16:
-      return ReverseVectors<2>(in, pixels, out);
-    case 24:
-      return ReversePixels<3>(in, pixels, out);
-    case 32:
-      return ReverseVectors<4>(in, pixels, out);
-    case 48:
-      return ReversePixels<6>(in, pixels, out);
-    default:
-      return ReverseVectors<8>(in, pixels, out);
+    case 4: return ReversePacked(in, pixels, bits, out);
+    case 8: return ReverseVectors<1>(in, pixels, out);
+    case 16: return ReverseVectors<2>(in, pixels, out);
+    case 24: return ReversePixels<3>(in, pixels, out);
+    case 32: return ReverseVectors<4>(in, pixels, out);
+    case 48: return ReversePixels<6>(in, pixels, out);
+    default: return ReverseVectors<8>(in, pixels, out);
   }
 }
 

@@ -95,14 +95,15 @@ struct Block<8> {
   }
 };
 
-// Four by four pixels of 3 bytes, as doublewords with a byte to spare. The shuffle of bytes came with SSSE3, so that it has
-// to be asked for. 16 bytes of every row are read and 12 written.
+// Four by four pixels of 3 bytes, as doublewords with a byte to spare. The shuffle of bytes came with SSSE3, so that
+// it has to be asked for. 16 bytes of every row are read and 12 written.
 __attribute__((target("ssse3"))) void TransposeTriples(SourceRows source, DestinationRows destination) {
   const __m128i spread = _mm_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
   const __m128i gather = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
   __m128i rows[4];
   for (int i = 0; i < 4; ++i) {
-    rows[i] = _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(source.first + i * source.step)), spread);
+    rows[i] =
+        _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(source.first + i * source.step)), spread);
   }
   const __m128i low01 = _mm_unpacklo_epi32(rows[0], rows[1]), high01 = _mm_unpackhi_epi32(rows[0], rows[1]);
   const __m128i low23 = _mm_unpacklo_epi32(rows[2], rows[3]), high23 = _mm_unpackhi_epi32(rows[2], rows[3]);
@@ -160,7 +161,8 @@ void TransposeBand(SourceRows source, int32_t first, int32_t last, int32_t heigh
   }
 }
 
-// All of a tile but its edges in blocks; the last columns are left to single pixels, since blocks read past their pixels.
+// All of a tile but its edges in blocks; the last columns are left to single pixels, since blocks read past their
+// pixels.
 void TransposeTripleTile(SourceRows source, int32_t width, int32_t height, int32_t columnsToTheRight,
                          DestinationRows destination) {
   constexpr int32_t kReadAhead = 2;
@@ -170,7 +172,8 @@ void TransposeTripleTile(SourceRows source, int32_t width, int32_t height, int32
     for (int32_t y = 0; y < wholeHeight; y += 4) TransposeTriples(At<3>(source, x, y), At<3>(destination, y, x));
   }
   TransposeOneByOne<3>(At<3>(source, wholeWidth, 0), width - wholeWidth, height, At<3>(destination, 0, wholeWidth));
-  TransposeOneByOne<3>(At<3>(source, 0, wholeHeight), wholeWidth, height - wholeHeight, At<3>(destination, wholeHeight, 0));
+  TransposeOneByOne<3>(At<3>(source, 0, wholeHeight), wholeWidth, height - wholeHeight,
+                       At<3>(destination, wholeHeight, 0));
 }
 
 void TransposeTripleBand(SourceRows source, int32_t first, int32_t last, int32_t width, int32_t height,
@@ -182,7 +185,8 @@ void TransposeTripleBand(SourceRows source, int32_t first, int32_t last, int32_t
   }
 }
 
-// Eight rows of eight bits, the first row in the highest byte (Warren, "Hacker's Delight", transposing a bit matrix).
+// Eight rows of eight bits, the first row in the highest byte (the exchange of ever larger blocks, Warren 2012,
+// chapter 7).
 uint64_t TransposeBits(uint64_t x) {
   x = (x & 0xAA55AA55AA55AA55u) | (x & 0x00AA00AA00AA00AAu) << 7 | (x >> 7 & 0x00AA00AA00AA00AAu);
   x = (x & 0xCCCC3333CCCC3333u) | (x & 0x0000CCCC0000CCCCu) << 14 | (x >> 14 & 0x0000CCCC0000CCCCu);
@@ -194,10 +198,12 @@ void TransposeBitBand(SourceRows source, int32_t first, int32_t last, int32_t he
     const int32_t rows = std::min(8, height - y);
     for (int32_t x = first; x < last; x += 8) {
       uint64_t block = 0;
-      for (int32_t i = 0; i < rows; ++i) block |= static_cast<uint64_t>(source.first[(y + i) * source.step + x / 8]) << (56 - 8 * i);
+      for (int32_t i = 0; i < rows; ++i)
+        block |= static_cast<uint64_t>(source.first[(y + i) * source.step + x / 8]) << (56 - 8 * i);
       block = TransposeBits(block);
       const int32_t columns = std::min(8, last - x);
-      for (int32_t i = 0; i < columns; ++i) destination.first[(x + i) * destination.step + y / 8] = static_cast<uint8_t>(block >> (56 - 8 * i));
+      for (int32_t i = 0; i < columns; ++i)
+        destination.first[(x + i) * destination.step + y / 8] = static_cast<uint8_t>(block >> (56 - 8 * i));
     }
   }
 }
@@ -217,25 +223,17 @@ void TransposeNibbleBand(SourceRows source, int32_t first, int32_t last, int32_t
 
 }  // namespace
 
-void TransposeColumns(SourceRows source, int32_t firstColumn, int32_t lastColumn, int32_t width, int32_t height, int bits,
-                      DestinationRows destination) {
+void TransposeColumns(SourceRows source, int32_t firstColumn, int32_t lastColumn, int32_t width, int32_t height,
+                      int bits, DestinationRows destination) {
   switch (bits) {
-    case 1:
-      return TransposeBitBand(source, firstColumn, lastColumn, height, destination);
-    case 4:
-      return TransposeNibbleBand(source, firstColumn, lastColumn, height, destination);
-    case 8:
-      return TransposeBand<1>(source, firstColumn, lastColumn, height, destination);
-    case 16:
-      return TransposeBand<2>(source, firstColumn, lastColumn, height, destination);
-    case 24:
-      return TransposeTripleBand(source, firstColumn, lastColumn, width, height, destination);
-    case 32:
-      return TransposeBand<4>(source, firstColumn, lastColumn, height, destination);
-    case 48:
-      return TransposeBand<6>(source, firstColumn, lastColumn, height, destination);
-    default:
-      return TransposeBand<8>(source, firstColumn, lastColumn, height, destination);
+    case 1: return TransposeBitBand(source, firstColumn, lastColumn, height, destination);
+    case 4: return TransposeNibbleBand(source, firstColumn, lastColumn, height, destination);
+    case 8: return TransposeBand<1>(source, firstColumn, lastColumn, height, destination);
+    case 16: return TransposeBand<2>(source, firstColumn, lastColumn, height, destination);
+    case 24: return TransposeTripleBand(source, firstColumn, lastColumn, width, height, destination);
+    case 32: return TransposeBand<4>(source, firstColumn, lastColumn, height, destination);
+    case 48: return TransposeBand<6>(source, firstColumn, lastColumn, height, destination);
+    default: return TransposeBand<8>(source, firstColumn, lastColumn, height, destination);
   }
 }
 

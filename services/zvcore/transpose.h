@@ -16,11 +16,11 @@ struct DestinationRows {
   int64_t step;
 };
 
-// Columns [firstColumn, lastColumn) of the source, which has width x height pixels, become those rows of the destination. firstColumn
-// is a multiple of kTransposeBand. Unused bits at the end of a destination row become 0.
+// Columns [firstColumn, lastColumn) of the source, which has width x height pixels, become those rows of the
+// destination. firstColumn is a multiple of kTransposeBand. Unused bits at the end of a destination row become 0.
 constexpr int32_t kTransposeBand = 64;
-void TransposeColumns(SourceRows source, int32_t firstColumn, int32_t lastColumn, int32_t width, int32_t height, int bits,
-                      DestinationRows destination);
+void TransposeColumns(SourceRows source, int32_t firstColumn, int32_t lastColumn, int32_t width, int32_t height,
+                      int bits, DestinationRows destination);
 
 }  // namespace zvcore
 

@@ -1,13 +1,18 @@
 #include "services/zvdisplay/display_mode.h"
 
+#include <atomic>
+
 namespace {
-uint32_t displayMode = DISPLAY_MODE_SCALE_QUALITY;
-}
+
+std::atomic<uint32_t> displayMode{DISPLAY_MODE_SCALE_QUALITY};
+
+}  // namespace
 
 uint32_t zvdisplay::CurrentDisplayMode() { return displayMode; }
 
 uint32_t SetDisplayMode(uint32_t mask, uint32_t flags) {
-  const uint32_t former = displayMode;
-  displayMode = (displayMode & ~mask) | (flags & mask);
+  uint32_t former = displayMode;
+  while (!displayMode.compare_exchange_weak(former, (former & ~mask) | (flags & mask))) {
+  }
   return former;
 }

@@ -28,8 +28,9 @@ class DeviceSpace {
 // Whether what the device holds can be read, so that alpha can be blended onto it.
 bool CanBlendOnto(HDC device);
 
-// Draws all of a 32-bit bitmap, BGRA and top-down, into a rectangle of device pixels: blended by its alpha when it has any,
-// which multiplies its colours; else by the raster operation. ERROR_FEATURE_UNSUPPORTED, ERROR_OUT_OF_MEMORY.
+// Draws all of a 32-bit bitmap, BGRA and top-down, into a rectangle of device pixels: blended by its alpha when it
+// has any, which multiplies its colours; else by the raster operation. ERROR_FEATURE_UNSUPPORTED,
+// ERROR_OUT_OF_MEMORY.
 int32_t DrawPixels(HDC device, BITMAPHANDLE& pixels, const ZVRECT& target, uint32_t operation);
 
 }  // namespace zvdisplay

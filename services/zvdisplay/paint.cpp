@@ -19,8 +19,8 @@ struct PaintJob {
 };
 
 // What of the source rectangle lies outside the picture is left out, together with the place that it would take.
-int32_t Plan(HDC device, const BITMAPHANDLE& bitmap, const RECT* source, const RECT* sourceClip, const RECT& destination,
-             const RECT* destinationClip, PaintJob& job) {
+int32_t Plan(HDC device, const BITMAPHANDLE& bitmap, const RECT* source, const RECT* sourceClip,
+             const RECT& destination, const RECT* destinationClip, PaintJob& job) {
   const ZVRECT whole = ShownRect(bitmap);
   const ZVRECT asked = source ? ToPixels(*source) : whole;
   job.source = Intersection(asked, whole);

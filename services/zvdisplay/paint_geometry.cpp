@@ -45,8 +45,10 @@ Placement Normalized(const RECT& destination) {
 
 ZVRECT ScaledInto(const ZVRECT& part, const ZVRECT& source, const Placement& destination) {
   const ZVRECT& to = destination.rect;
-  const Range across = Scaled({part.left, part.right}, {source.left, source.right}, {to.left, to.right}, destination.mirrored);
-  const Range down = Scaled({part.top, part.bottom}, {source.top, source.bottom}, {to.top, to.bottom}, destination.flipped);
+  const Range across =
+      Scaled({part.left, part.right}, {source.left, source.right}, {to.left, to.right}, destination.mirrored);
+  const Range down =
+      Scaled({part.top, part.bottom}, {source.top, source.bottom}, {to.top, to.bottom}, destination.flipped);
   return {across.first, down.first, across.last, down.last};
 }
 

@@ -1,4 +1,5 @@
-/* The arithmetic of painting: which pixels of a scaled picture are seen. Knows rectangles only, no device and no bitmap. */
+/* The arithmetic of painting: which pixels of a scaled picture are seen. Knows rectangles only, no device and no
+ * bitmap. */
 #ifndef ZV_DISPLAY_PAINT_GEOMETRY_H
 #define ZV_DISPLAY_PAINT_GEOMETRY_H
 

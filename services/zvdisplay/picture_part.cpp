@@ -35,7 +35,8 @@ int32_t Scale(const BITMAPHANDLE& bitmap, const PartRequest& request, OwnedBitma
   if (ExchangesSides(bitmap)) std::swap(width, height);
   ZVRECT part;
   if (status == SUCCESS) status = MapShownRect(bitmap.viewPerspective, width, height, &request.part, &part);
-  return status == SUCCESS ? ResampleBitmapPart(scaled.Get(), picture, width, height, &part, MethodFor(request)) : status;
+  return status == SUCCESS ? ResampleBitmapPart(scaled.Get(), picture, width, height, &part, MethodFor(request))
+                           : status;
 }
 
 int32_t Upright(BITMAPHANDLE* bitmap, const PartRequest& request) {

@@ -55,7 +55,8 @@ class HueRotation {
 
 }  // namespace
 
-// A handle made by InitBitmapHandle or cleared to zero has never been given settings: zero contrast is then the neutral one.
+// A handle made by InitBitmapHandle or cleared to zero has never been given settings: zero contrast is then the
+// neutral one.
 int32_t GetBitmapViewValueA(const BITMAPHANDLE* bitmap) {
   return GetValue(bitmap, &BITMAPHANDLE::viewValueA, kNeutralBrightness);
 }

@@ -1,4 +1,5 @@
-// The display settings that a handle carries, as a table over the 256 levels of a channel and a turn of the colour circle.
+// The display settings that a handle carries, as a table over the 256 levels of a channel and a turn of the colour
+// circle.
 #ifndef ZV_DISPLAY_VIEW_VALUES_H
 #define ZV_DISPLAY_VIEW_VALUES_H
 

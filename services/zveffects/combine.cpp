@@ -112,7 +112,8 @@ int32_t BlendPatch(const BITMAPHANDLE& destination, const ZVRECT& place, OwnedBi
   if (status != SUCCESS) return status;
   for (int32_t row = 0; row < under->height; ++row) {
     const int64_t at = static_cast<int64_t>(row) * under->bytesPerLine;
-    BlendRow(reinterpret_cast<const uint16_t*>(over->data + at), reinterpret_cast<uint16_t*>(under->data + at), under->width);
+    BlendRow(reinterpret_cast<const uint16_t*>(over->data + at), reinterpret_cast<uint16_t*>(under->data + at),
+             under->width);
   }
   FreeBitmap(patch.Get());
   return MoveBitmapHandle(patch.Get(), under.Get(), sizeof(BITMAPHANDLE));

@@ -55,7 +55,8 @@ TEST(AllocationFailure, WhileConvertingIsReportedAndLeaksNothing) {
     for (const int bits : {1, 4, 8, 16, 24, 32, 48, 64}) {
       if (bits == format.bits) continue;
       for (const int dither : {0, 1}) {
-        CheckEveryFailure(format, [=](TestBitmap& bitmap) { return ConvertBitmapDepth(&bitmap, bits, ORDER_BGR, nullptr, dither); });
+        CheckEveryFailure(
+            format, [=](TestBitmap& bitmap) { return ConvertBitmapDepth(&bitmap, bits, ORDER_BGR, nullptr, dither); });
       }
     }
   }

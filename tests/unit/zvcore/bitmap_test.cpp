@@ -31,7 +31,8 @@ TEST(InitBitmapHandle, RefusesImpossibleRecordsSidesAndDepths) {
   EXPECT_EQ(InitBitmapHandle(&bitmap, 272, 1, -1, 24), ERROR_BAD_ARGUMENT);
   EXPECT_EQ(InitBitmapHandle(&bitmap, 272, 1000001, 1, 24), ERROR_BAD_ARGUMENT);
   EXPECT_EQ(InitBitmapHandle(&bitmap, 272, INT32_MAX, INT32_MAX, 64), ERROR_BAD_ARGUMENT);
-  for (const int bits : {0, 2, 3, 12, 36, 96, -8}) EXPECT_EQ(InitBitmapHandle(&bitmap, 272, 1, 1, bits), ERROR_BAD_ARGUMENT);
+  for (const int bits : {0, 2, 3, 12, 36, 96, -8})
+    EXPECT_EQ(InitBitmapHandle(&bitmap, 272, 1, 1, bits), ERROR_BAD_ARGUMENT);
   EXPECT_EQ(InitBitmapHandle(&bitmap, 272, 1000000, 1000000, 64), SUCCESS);
 }
 
@@ -72,7 +73,9 @@ TEST(CreateBitmap, TakesPaletteOrderPerspectiveAndData) {
   const ZVPALETTEENTRY palette[2] = {{1, 2, 3, 255}, {4, 5, 6, 255}};
   const uint8_t data[8] = {0xA0, 0, 0, 0, 0x50, 0, 0, 0};
   BITMAPHANDLE bitmap;
-  ASSERT_EQ(CreateBitmap(&bitmap, 272, MEMORY_CONVENTIONAL, 4, 2, 1, ORDER_RGB, palette, VIEW_LEFT_TOP, data, sizeof data), SUCCESS);
+  ASSERT_EQ(
+      CreateBitmap(&bitmap, 272, MEMORY_CONVENTIONAL, 4, 2, 1, ORDER_RGB, palette, VIEW_LEFT_TOP, data, sizeof data),
+      SUCCESS);
   EXPECT_EQ(bitmap.palette[1].green, 5);
   EXPECT_EQ(bitmap.viewPerspective, VIEW_LEFT_TOP);
   EXPECT_EQ(bitmap.colorOrder, ORDER_RGB);
@@ -161,30 +164,16 @@ TEST(FillBitmap, SetsEveryPixelOfEveryFormat) {
     ASSERT_EQ(FillBitmap(&bitmap, 0x000000FF), SUCCESS);  // red
     uint64_t expected = 0;
     switch (format.bits) {
-      case 1:
-        expected = 0;
-        break;
+      case 1: expected = 0; break;
       case 4:
         expected = 5;  // the ramp's 85 is nearest to pure red
         break;
-      case 8:
-        expected = format.order == ORDER_GRAY ? 76 : 85;
-        break;
-      case 16:
-        expected = format.order == ORDER_GRAY ? 76 * 257 : 31 << 10;
-        break;
-      case 24:
-        expected = format.order == ORDER_RGB ? 0x0000FF : 0xFF0000;
-        break;
-      case 32:
-        expected = 0xFFFF0000;
-        break;
-      case 48:
-        expected = 0xFFFF00000000;
-        break;
-      case 64:
-        expected = format.order == ORDER_RGB ? 0xFFFF00000000FFFF : 0xFFFFFFFF00000000;
-        break;
+      case 8: expected = format.order == ORDER_GRAY ? 76 : 85; break;
+      case 16: expected = format.order == ORDER_GRAY ? 76 * 257 : 31 << 10; break;
+      case 24: expected = format.order == ORDER_RGB ? 0x0000FF : 0xFF0000; break;
+      case 32: expected = 0xFFFF0000; break;
+      case 48: expected = 0xFFFF00000000; break;
+      case 64: expected = format.order == ORDER_RGB ? 0xFFFF00000000FFFF : 0xFFFFFFFF00000000; break;
     }
     for (int32_t y = 0; y < 5; ++y) {
       for (int32_t x = 0; x < 11; ++x) ASSERT_EQ(bitmap.Pixel(x, y), expected) << x << ", " << y;

@@ -13,19 +13,24 @@ struct Color {
 Color ColorOf(const TestBitmap& bitmap, int32_t x, int32_t y) {
   const bool rgb = bitmap->colorOrder == ORDER_RGB, gray = bitmap->colorOrder == ORDER_GRAY;
   const uint64_t pixel = bitmap.Pixel(x, y);
-  const auto narrow = [](uint64_t value) { return static_cast<int>(std::lround(static_cast<double>(value & 0xFFFF) * 255 / 65535)); };
+  const auto narrow = [](uint64_t value) {
+    return static_cast<int>(std::lround(static_cast<double>(value & 0xFFFF) * 255 / 65535));
+  };
   int channel[4] = {0, 0, 0, 255};
   switch (bitmap->bitsPerPixel) {
     case 1:
     case 4:
     case 8: {
-      if (gray && bitmap->bitsPerPixel == 8) return {static_cast<int>(pixel), static_cast<int>(pixel), static_cast<int>(pixel), 255};
+      if (gray && bitmap->bitsPerPixel == 8)
+        return {static_cast<int>(pixel), static_cast<int>(pixel), static_cast<int>(pixel), 255};
       const ZVPALETTEENTRY entry = bitmap->palette[pixel];
       return {entry.red, entry.green, entry.blue, 255};
     }
     case 16: {
       if (gray) return {narrow(pixel), narrow(pixel), narrow(pixel), 255};
-      const auto widen = [](uint64_t five) { return static_cast<int>(std::lround(static_cast<double>(five & 31) * 255 / 31)); };
+      const auto widen = [](uint64_t five) {
+        return static_cast<int>(std::lround(static_cast<double>(five & 31) * 255 / 31));
+      };
       return {widen(pixel >> 10), widen(pixel >> 5), widen(pixel), 255};
     }
     case 24:
@@ -151,7 +156,8 @@ TEST(DepthConversion, ManyColoursGetAPaletteThatFollowsThem) {
     for (int32_t x = 0; x < 128; ++x) {
       used.insert(bitmap.Pixel(x, y));
       const Color a = ColorOf(bitmap, x, y), b = ColorOf(original, x, y);
-      squares += (a.red - b.red) * (a.red - b.red) + (a.green - b.green) * (a.green - b.green) + (a.blue - b.blue) * (a.blue - b.blue);
+      squares += (a.red - b.red) * (a.red - b.red) + (a.green - b.green) * (a.green - b.green) +
+                 (a.blue - b.blue) * (a.blue - b.blue);
     }
   }
   EXPECT_GT(used.size(), 250u);

@@ -19,7 +19,8 @@ TEST(ColorMatcher, AlwaysFindsWhatALinearSearchFinds) {
     zvcore::ColorMatcher matcher;
     ASSERT_EQ(matcher.Prepare(palette, count), SUCCESS);
     for (int i = 0; i < 50000; ++i) {
-      const int r = static_cast<int>(random() & 255), g = static_cast<int>(random() & 255), b = static_cast<int>(random() & 255);
+      const int r = static_cast<int>(random() & 255), g = static_cast<int>(random() & 255),
+                b = static_cast<int>(random() & 255);
       ASSERT_EQ(matcher.Match(r, g, b), zvcore::NearestEntry(palette, count, r, g, b)) << r << " " << g << " " << b;
     }
   }

@@ -8,26 +8,18 @@ struct Point {
   int32_t x, y;
 };
 
-// Where the pixel that is shown at (x, y) is stored, from the table of the orientation tag: which corner of the picture as
-// shown the first stored pixel takes, and whether stored rows are shown as columns.
+// Where the pixel that is shown at (x, y) is stored, from the table of the orientation tag: which corner of the
+// picture as shown the first stored pixel takes, and whether stored rows are shown as columns.
 Point StoredOf(Point shown, int32_t width, int32_t height, int perspective) {
   switch (perspective) {
-    case VIEW_TOP_LEFT:
-      return shown;
-    case VIEW_TOP_RIGHT:
-      return {width - 1 - shown.x, shown.y};
-    case VIEW_BOTTOM_RIGHT:
-      return {width - 1 - shown.x, height - 1 - shown.y};
-    case VIEW_BOTTOM_LEFT:
-      return {shown.x, height - 1 - shown.y};
-    case VIEW_LEFT_TOP:
-      return {shown.y, shown.x};
-    case VIEW_RIGHT_TOP:
-      return {shown.y, height - 1 - shown.x};
-    case VIEW_RIGHT_BOTTOM:
-      return {width - 1 - shown.y, height - 1 - shown.x};
-    default:
-      return {width - 1 - shown.y, shown.x};
+    case VIEW_TOP_LEFT: return shown;
+    case VIEW_TOP_RIGHT: return {width - 1 - shown.x, shown.y};
+    case VIEW_BOTTOM_RIGHT: return {width - 1 - shown.x, height - 1 - shown.y};
+    case VIEW_BOTTOM_LEFT: return {shown.x, height - 1 - shown.y};
+    case VIEW_LEFT_TOP: return {shown.y, shown.x};
+    case VIEW_RIGHT_TOP: return {shown.y, height - 1 - shown.x};
+    case VIEW_RIGHT_BOTTOM: return {width - 1 - shown.y, height - 1 - shown.x};
+    default: return {width - 1 - shown.y, shown.x};
   }
 }
 
@@ -39,20 +31,21 @@ uint64_t ShownPixel(const TestBitmap& bitmap, Point shown) {
   return bitmap.Pixel(stored.x, stored.y);
 }
 Point ShownSize(const TestBitmap& bitmap) {
-  return Exchanges(bitmap->viewPerspective) ? Point{bitmap->height, bitmap->width} : Point{bitmap->width, bitmap->height};
+  return Exchanges(bitmap->viewPerspective) ? Point{bitmap->height, bitmap->width}
+                                            : Point{bitmap->width, bitmap->height};
 }
 
 constexpr std::array<Point, 6> kSizes = {{{1, 1}, {3, 2}, {17, 9}, {64, 64}, {67, 131}, {200, 5}}};
 
-// Runs an operation on every format, size and perspective; where(x, y, w, h) tells which shown pixel of the original must be
-// shown at (x, y), w and h being the original's shown size.
+// Runs an operation on every format, size and perspective; where(x, y, w, h) tells which shown pixel of the original
+// must be shown at (x, y), w and h being the original's shown size.
 template <typename Operation, typename Where>
 void CheckEverywhere(Operation operation, bool turnsSides, Where where) {
   for (const Format& format : AllFormats()) {
     for (const Point size : kSizes) {
       for (int perspective = 1; perspective <= 8; ++perspective) {
-        SCOPED_TRACE(NameOf(format) + ", perspective " + std::to_string(perspective) + ", " + std::to_string(size.x) + "x" +
-                     std::to_string(size.y));
+        SCOPED_TRACE(NameOf(format) + ", perspective " + std::to_string(perspective) + ", " + std::to_string(size.x) +
+                     "x" + std::to_string(size.y));
         TestBitmap bitmap(size.x, size.y, format), original(size.x, size.y, format);
         bitmap.FillWithNoise();
         original.FillWithNoise();
@@ -74,32 +67,44 @@ void CheckEverywhere(Operation operation, bool turnsSides, Where where) {
 
 TEST(Orientation, MirrorExchangesLeftAndRightAsShown) {
   CheckEverywhere([](BITMAPHANDLE* b) { return MirrorBitmap(b); }, false,
-                  [](int32_t x, int32_t y, int32_t w, int32_t) { return Point{w - 1 - x, y}; });
+                  [](int32_t x, int32_t y, int32_t w, int32_t) {
+                    return Point{w - 1 - x, y};
+                  });
 }
 
 TEST(Orientation, FlipExchangesTopAndBottomAsShown) {
   CheckEverywhere([](BITMAPHANDLE* b) { return FlipBitmap(b); }, false,
-                  [](int32_t x, int32_t y, int32_t, int32_t h) { return Point{x, h - 1 - y}; });
+                  [](int32_t x, int32_t y, int32_t, int32_t h) {
+                    return Point{x, h - 1 - y};
+                  });
 }
 
 TEST(Orientation, QuarterTurnIsClockwiseAsShown) {
   CheckEverywhere([](BITMAPHANDLE* b) { return RotateBitmap(b, 9000, ROTATE_BICUBIC, 0); }, true,
-                  [](int32_t x, int32_t y, int32_t, int32_t h) { return Point{y, h - 1 - x}; });
+                  [](int32_t x, int32_t y, int32_t, int32_t h) {
+                    return Point{y, h - 1 - x};
+                  });
 }
 
 TEST(Orientation, HalfTurnIsExact) {
   CheckEverywhere([](BITMAPHANDLE* b) { return RotateBitmap(b, -18000, 0, 0); }, false,
-                  [](int32_t x, int32_t y, int32_t w, int32_t h) { return Point{w - 1 - x, h - 1 - y}; });
+                  [](int32_t x, int32_t y, int32_t w, int32_t h) {
+                    return Point{w - 1 - x, h - 1 - y};
+                  });
 }
 
 TEST(Orientation, ThreeQuarterTurnIsAQuarterTurnBack) {
   CheckEverywhere([](BITMAPHANDLE* b) { return RotateBitmap(b, -9000, ROTATE_RESIZE, 0); }, true,
-                  [](int32_t x, int32_t y, int32_t w, int32_t) { return Point{w - 1 - y, x}; });
+                  [](int32_t x, int32_t y, int32_t w, int32_t) {
+                    return Point{w - 1 - y, x};
+                  });
 }
 
 TEST(Orientation, AppliedPerspectiveShowsTheSameUpright) {
   CheckEverywhere([](BITMAPHANDLE* b) { return ApplyViewPerspective(b); }, false,
-                  [](int32_t x, int32_t y, int32_t, int32_t) { return Point{x, y}; });
+                  [](int32_t x, int32_t y, int32_t, int32_t) {
+                    return Point{x, y};
+                  });
   TestBitmap bitmap(5, 3, {24});
   bitmap->viewPerspective = VIEW_LEFT_BOTTOM;
   ASSERT_EQ(ApplyViewPerspective(&bitmap), SUCCESS);

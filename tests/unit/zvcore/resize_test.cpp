@@ -15,7 +15,8 @@ std::vector<double> ReferenceWeights(int32_t i, int32_t source, int32_t destinat
     }
   } else if (method == SIZE_BICUBIC) {
     const double center = (i + 0.5) * ratio - 0.5;
-    for (int32_t j = static_cast<int32_t>(std::floor(center)) - 1; j <= static_cast<int32_t>(std::floor(center)) + 2; ++j) {
+    for (int32_t j = static_cast<int32_t>(std::floor(center)) - 1; j <= static_cast<int32_t>(std::floor(center)) + 2;
+         ++j) {
       const double d = std::abs(j - center);
       at(j) += d < 1 ? 1.5 * d * d * d - 2.5 * d * d + 1 : -0.5 * d * d * d + 2.5 * d * d - 4 * d + 2;
     }
@@ -64,10 +65,10 @@ struct Geometry {
   int32_t width, height, newWidth, newHeight;
 };
 
-const Geometry kGeometries[] = {{40, 30, 20, 15}, {40, 30, 13, 7},   {40, 30, 80, 60}, {40, 30, 41, 29}, {40, 30, 25, 77},
-                                {40, 30, 77, 11}, {200, 150, 3, 2},  {5, 4, 64, 64},   {1, 1, 9, 9},     {2, 2, 1, 1},
-                                {1, 50, 7, 10},   {90, 1, 33, 1},    {7, 7, 7, 3},     {7, 7, 3, 7},     {33, 33, 32, 34},
-                                {600, 3, 17, 5},  {3, 600, 5, 17}};
+const Geometry kGeometries[] = {
+    {40, 30, 20, 15}, {40, 30, 13, 7}, {40, 30, 80, 60}, {40, 30, 41, 29}, {40, 30, 25, 77}, {40, 30, 77, 11},
+    {200, 150, 3, 2}, {5, 4, 64, 64},  {1, 1, 9, 9},     {2, 2, 1, 1},     {1, 50, 7, 10},   {90, 1, 33, 1},
+    {7, 7, 7, 3},     {7, 7, 3, 7},    {33, 33, 32, 34}, {600, 3, 17, 5},  {3, 600, 5, 17}};
 
 std::vector<Format> ChannelFormats() {
   std::vector<Format> formats;

@@ -36,7 +36,8 @@ class Reference {
     for (int32_t v = top - 1; v <= top + 2; ++v) {
       for (int32_t u = left - 1; u <= left + 2; ++u) {
         const bool inside = u >= 0 && v >= 0 && u < source->width && v < source->height;
-        const double weight = cubic ? CubicKernel(u - atX) * CubicKernel(v - atY) : LinearKernel(u - atX) * LinearKernel(v - atY);
+        const double weight =
+            cubic ? CubicKernel(u - atX) * CubicKernel(v - atY) : LinearKernel(u - atX) * LinearKernel(v - atY);
         sum += weight * (inside ? source.Channel(u, v, c) : fill);
       }
     }
@@ -89,7 +90,8 @@ TEST_P(RotateFilters, StayWithinALevelOfTheReferenceAtEveryAngleAndPlace) {
         for (int32_t y = 0; y < bitmap->height; ++y) {
           for (int32_t x = 0; x < bitmap->width; ++x) {
             for (int c = 0; c < bitmap.Channels(); ++c) {
-              ASSERT_NEAR(bitmap.Channel(x, y, c), reference.Channel(x, y, c, bitmap.Highest()), tolerance) << x << ", " << y;
+              ASSERT_NEAR(bitmap.Channel(x, y, c), reference.Channel(x, y, c, bitmap.Highest()), tolerance)
+                  << x << ", " << y;
             }
           }
         }
@@ -200,7 +202,9 @@ TEST(Rotate, ManySmallTurnsAddUpToNone) {
   const auto paint = [](TestBitmap& target) {
     for (int32_t y = 0; y < 81; ++y) {
       for (int32_t x = 0; x < 81; ++x) {
-        for (int c = 0; c < 3; ++c) target.SetChannel(x, y, c, static_cast<int>(32768 + 25000 * std::sin((x - 40) * 0.06 + c) * std::cos((y - 40) * 0.05)));
+        for (int c = 0; c < 3; ++c)
+          target.SetChannel(
+              x, y, c, static_cast<int>(32768 + 25000 * std::sin((x - 40) * 0.06 + c) * std::cos((y - 40) * 0.05)));
       }
     }
   };
@@ -211,7 +215,8 @@ TEST(Rotate, ManySmallTurnsAddUpToNone) {
   for (int32_t y = 0; y < 81; ++y) {
     for (int32_t x = 0; x < 81; ++x) {
       if ((x - 40) * (x - 40) + (y - 40) * (y - 40) > 30 * 30) continue;
-      for (int c = 0; c < 3; ++c) ASSERT_NEAR(bitmap.Channel(x, y, c), original.Channel(x, y, c), 200) << x << ", " << y;
+      for (int c = 0; c < 3; ++c)
+        ASSERT_NEAR(bitmap.Channel(x, y, c), original.Channel(x, y, c), 200) << x << ", " << y;
     }
   }
 }

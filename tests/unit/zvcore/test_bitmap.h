@@ -1,5 +1,5 @@
-/* Bitmaps for tests: created with a format, filled with reproducible noise or a smooth picture, and read back pixel by pixel
- * without any code of the module that is tested. */
+/* Bitmaps for tests: created with a format, filled with reproducible noise or a smooth picture, and read back pixel
+ * by pixel without any code of the module that is tested. */
 #ifndef ZV_TESTS_ZVCORE_TEST_BITMAP_H
 #define ZV_TESTS_ZVCORE_TEST_BITMAP_H
 
@@ -34,7 +34,9 @@ inline std::vector<Format> AllFormats() {
 }
 
 inline std::string NameOf(const Format& format) {
-  std::string name = std::to_string(format.bits) + (format.order == ORDER_GRAY ? " grey" : format.order == ORDER_RGB ? " RGB" : "");
+  std::string name = std::to_string(format.bits) + (format.order == ORDER_GRAY  ? " grey"
+                                                    : format.order == ORDER_RGB ? " RGB"
+                                                                                : "");
   return name + (format.alpha ? " alpha" : "") + (format.topDown ? " top-down" : " bottom-up");
 }
 
@@ -105,9 +107,7 @@ class TestBitmap {
   const BITMAPHANDLE* operator&() const { return &handle; }
 
  private:
-  int ChannelBits() const {
-    return handle.bitsPerPixel >= 48 || handle.bitsPerPixel == 16 ? 16 : 8;
-  }
+  int ChannelBits() const { return handle.bitsPerPixel >= 48 || handle.bitsPerPixel == 16 ? 16 : 8; }
   const uint8_t* Row(int32_t y) const {
     const bool topDown = handle.flags & BITMAP_FLAG_TOP_DOWN;
     return handle.data + static_cast<int64_t>(topDown ? y : handle.height - 1 - y) * handle.bytesPerLine;
@@ -124,7 +124,8 @@ inline testing::AssertionResult SamePixels(const TestBitmap& a, const TestBitmap
   for (int32_t y = 0; y < a->height; ++y) {
     for (int32_t x = 0; x < a->width; ++x) {
       if (a.Pixel(x, y) != b.Pixel(x, y)) {
-        return testing::AssertionFailure() << "pixel " << x << ", " << y << ": " << a.Pixel(x, y) << " and " << b.Pixel(x, y);
+        return testing::AssertionFailure()
+               << "pixel " << x << ", " << y << ": " << a.Pixel(x, y) << " and " << b.Pixel(x, y);
       }
     }
   }

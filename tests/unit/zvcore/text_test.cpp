@@ -122,8 +122,9 @@ TEST(TextConversion, LoneSurrogatesBecomeReplacementCharacters) {
   const ZVCHAR lone[] = {0xD83D, u'a', 0xDE00, 0};
   char narrow[16];
   ASSERT_EQ(ConvertWideToAnsi(lone, narrow, 16), SUCCESS);
-  EXPECT_STREQ(narrow, "\xEF\xBF\xBD"
-                       "a\xEF\xBF\xBD");
+  EXPECT_STREQ(narrow,
+               "\xEF\xBF\xBD"
+               "a\xEF\xBF\xBD");
 }
 #else
 TEST(TextConversion, AccentsOfTheWesternCodePageGoBothWays) {

@@ -248,7 +248,8 @@ TEST(Paint, OfACloseLookAtAHugePictureCostsOnlyWhatIsSeen) {
   ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &huge, nullptr, SRCCOPY), SUCCESS);
   EXPECT_EQ(canvas.At(39, 39), kWhite);
   const RECT offside{-400000, -400000, 800000, 0};
-  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &offside, nullptr, SRCCOPY), ERROR_BAD_ARGUMENT);
+  ASSERT_EQ(PaintBitmap(canvas.device(), &picture.handle, nullptr, nullptr, &offside, nullptr, SRCCOPY),
+            ERROR_BAD_ARGUMENT);
 }
 
 TEST(Paint, LeaksNeitherMemoryNorGdiObjects) {
@@ -268,7 +269,8 @@ TEST(Paint, ReportsNoProgress) {
   picture.handle.viewPerspective = VIEW_RIGHT_TOP;
   Canvas canvas(8, 8);
   int calls = 0;
-  SetStatusCallback([](int32_t, void* count) -> int32_t { return ++*static_cast<int*>(count); }, &calls, nullptr, nullptr);
+  SetStatusCallback([](int32_t, void* count) -> int32_t { return ++*static_cast<int*>(count); }, &calls, nullptr,
+                    nullptr);
   EXPECT_EQ(Paint(canvas, picture.handle), SUCCESS);
   SetStatusCallback(nullptr, nullptr, nullptr, nullptr);
   EXPECT_EQ(calls, 0);
