@@ -340,4 +340,26 @@ TEST_F(StoppedRun, TheCloseBoxActsLikeAbort) {
   RunStopping([](HWND progress) { zvtest::CloseWindow(progress); });
 }
 
+TEST_F(StoppedRun, TheEndOfTheProgramEndsTheRun) {
+  const DWORD thread = ::GetCurrentThreadId();
+  const int32_t result = Run([&](HWND dialog) {
+    ChooseAllFiles(dialog);
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND bar = Control(WaitForDialogWith(IDP_CONV_TOTAL), IDP_CONV_FILE);
+    WaitUntil([=] { return ::SendMessageW(bar, PBM_GETPOS, 0, 0) > 0; }, "a file in work");
+    ::PostThreadMessageW(thread, WM_QUIT, 3, 0);
+    WaitUntilClosed(dialog);
+  });
+  EXPECT_EQ(ERROR_DIALOG_FAILED, result);
+  MSG quit = {};
+  EXPECT_TRUE(::PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "the caller's own loop is to end as well";
+  EXPECT_LT(Outputs().size(), 4u);
+  for (const std::wstring& name : Outputs()) {
+    EXPECT_EQ(L".png", name.substr(name.size() - 4));
+  }
+  for (const std::wstring& source : sources) {
+    EXPECT_TRUE(Exists(source));
+  }
+}
+
 }  // namespace

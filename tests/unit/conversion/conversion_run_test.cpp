@@ -337,6 +337,44 @@ TEST_F(ConversionRun, FailsAFileWhoseFolderIsGone) {
   EXPECT_TRUE(Exists(in.File(L"a.bmp")));
 }
 
+TEST_F(ConversionRun, FailsOnAReadOnlyDestinationAndLeavesItAlone) {
+  AddPicture(L"a.bmp");
+  const std::wstring destination = out.AddFile(L"a.bmp", {7});
+  ASSERT_TRUE(::SetFileAttributesW(destination.c_str(), FILE_ATTRIBUTE_READONLY));
+  settings.overwriteMode = OVERWRITE_REPLACE;
+  settings.deleteSource = true;
+  Convert();
+  ::SetFileAttributesW(destination.c_str(), FILE_ATTRIBUTE_NORMAL);
+  EXPECT_EQ(CONVERSION_FAILED, log[0].status);
+  EXPECT_EQ(std::vector<char>{7}, Content(destination));
+  EXPECT_EQ(1u, FileCount(out.path()));
+  EXPECT_TRUE(Exists(in.File(L"a.bmp")));
+}
+
+TEST_F(ConversionRun, FailsWhereAFolderIsInTheWay) {
+  AddPicture(L"a.bmp");
+  out.AddFolder(L"a.bmp");
+  settings.overwriteMode = OVERWRITE_REPLACE;
+  Convert();
+  EXPECT_EQ(CONVERSION_FAILED, log[0].status);
+  EXPECT_EQ(0u, FileCount(out.path()));
+}
+
+TEST_F(ConversionRun, FailsADamagedFileAndGoesOnWithTheNext) {
+  const std::wstring damaged = AddPicture(L"a.png", 300, 200, FMT_PNG);
+  AddPicture(L"b.bmp");
+  const HANDLE file = ::CreateFileW(damaged.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(INVALID_HANDLE_VALUE, file);
+  ::SetFilePointer(file, 60, nullptr, FILE_BEGIN);
+  ::SetEndOfFile(file);
+  ::CloseHandle(file);
+  Convert(0);
+  Convert(1);
+  EXPECT_EQ(CONVERSION_FAILED, log[0].status);
+  EXPECT_EQ(CONVERSION_OK, log[1].status);
+  EXPECT_EQ(1u, FileCount(out.path()));
+}
+
 TEST_F(ConversionRun, RefusesAPathOf260CharactersAndTriesOneOf259) {
   AddPicture(L"a.bmp");
   const int room = kDestinationPathLimit - 1 - static_cast<int>(out.path().size()) - 5;  // "\" and ".bmp"
