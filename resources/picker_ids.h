@@ -14,7 +14,7 @@
 #define IDE_OPEN_PAGE 9402
 #define IDB_OPEN_DELETE_PAGE 9403
 #define IDT_OPEN_PAGE 9404
-#define IDB_OPEN_ART_PREVIEW 9406   /* button pictures */
+#define IDB_OPEN_ART_PREVIEW 9406 /* button pictures */
 #define IDB_OPEN_ART_FILE_INFO 9407
 #define IDC_OPEN_SPLITTER 30980
 #define ID_OPEN_PREVIEW 41216 /* tool bar */

@@ -1,4 +1,4 @@
-// PNG: the profile stands in an iCCP chunk before the palette and the pixels, compressed (PNG specification, 11.3.3.3).
+// PNG: the profile stands in an iCCP chunk before the palette and the pixels, compressed (PNG, third edition, 11.3.3.3).
 #include <zlib.h>
 
 #include <algorithm>
