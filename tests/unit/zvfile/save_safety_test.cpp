@@ -1,6 +1,12 @@
 // What a save does to the disk: the destination is replaced in one step or left alone, and no other file stays.
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
+
 #include "file_test_support.h"
 
 namespace {
@@ -43,6 +49,45 @@ TEST(Save, IntoAMissingFolderOrOntoAFolderFails) {
   EXPECT_EQ(Save(folder.Path(u"folder.png"), source, FMT_PNG), ERROR_FILE_WRITE);
   EXPECT_EQ(folder.FileCount(), 1u);
 }
+
+#ifndef _WIN32
+// Lets no file grow beyond a size while it lives: writing then fails in the middle, as it does on a full disk.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit limit{bytes, former_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &former_);
+    std::signal(SIGXFSZ, formerHandler_);
+  }
+
+ private:
+  rlimit former_{};
+  void (*formerHandler_)(int);
+};
+
+TEST(Save, OntoAFullDiskFailsAndKeepsTheOldFile) {
+  TestFolder folder;
+  const auto path = folder.Path(u"a.bin");
+  WriteBytes(path, {'o', 'l', 'd'});
+  Picture source = MakePicture(300, 300, 24);
+  for (const int32_t format : kFormats) {
+    int32_t result = SUCCESS;
+    {
+      const FileSizeLimit full(1000);
+      result = Save(path, source, format);
+    }
+    EXPECT_EQ(result, ERROR_FILE_WRITE) << format;
+    EXPECT_EQ(ReadBytes(path), (std::vector<uint8_t>{'o', 'l', 'd'})) << format;
+    EXPECT_EQ(folder.FileCount(), 1u) << format;
+  }
+}
+#endif
 
 TEST(Save, OverTheFileThatWasLoadedWorks) {
   TestFolder folder;
