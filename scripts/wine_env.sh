@@ -52,6 +52,17 @@ keep_wine() {
   fi
 }
 
+# Says whether a window manager frames the windows of our own prefix. Without one, as on a virtual display, Wine would wait two
+# seconds for its answer at every window and draw no title bars; told "no", it frames them itself. Another prefix is left as
+# it is.
+window_manager() {
+  local managed=Y
+  [[ $1 == yes ]] || managed=N
+  if [[ $WINEPREFIX == "$wine_own_prefix" ]]; then
+    wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f </dev/null >/dev/null 2>&1
+  fi
+}
+
 # Ends what still runs in our own prefix; another one may be in use by others.
 stop_wine() {
   if [[ $WINEPREFIX == "$wine_own_prefix" && -d $WINEPREFIX ]]; then
