@@ -8,7 +8,7 @@ source "$root/scripts/wine_env.sh"
 samples=$build/samples
 results=$build/converted
 rm -rf "$results"
-mapfile -d '' files < <(find "$samples" -type f -not -path '*/damaged/*' -size +0 -print0 | sort -z)
+mapfile -d '' files < <(find "$samples" -type f -not -path '*/damaged/*' -not -name '.*' -size +0 -print0 | sort -z)
 ((${#files[@]} > 0)) || die "there are no sample images in $samples; type: python3 scripts/make_samples.py samples $samples"
 
 windows_files=()

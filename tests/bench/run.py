@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Compares our batch conversion with GraphicsMagick and ImageMagick on the same files in the same run.
 
-usage: run.py BUILD_FOLDER [--count N] [--write DOCUMENT]
+usage: run.py BUILD_FOLDER [--only conversion|folders] [--count N] [--write DOCUMENT]
 
 Every program is pinned to one processor and limited to one thread. Ours runs under Wine through the real dialog, the progress
-box included; the peers are native. Prints a Markdown table of seconds, peak memory and output bytes, and with --write puts
-it into the document between the two benchmark marks.
+box included; the peers are native. Prints Markdown tables of seconds, peak memory and output bytes, and with --write puts
+each into the document between its two marks.
 """
 import argparse
 import os
@@ -21,7 +21,6 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROCESSOR = "1" if os.cpu_count() and os.cpu_count() > 1 else "0"
 ONE_THREAD = {"OMP_NUM_THREADS": "1", "MAGICK_THREAD_LIMIT": "1"}
 IMAGEMAGICK = "mogrify-im6.q16"
-BEGIN, END = "<!-- benchmark -->", "<!-- /benchmark -->"
 DEFAULT_JPEG_QUALITY = 90  # what the dialog's default quality of 28 means to libjpeg
 
 
@@ -123,43 +122,56 @@ def folder_rows(build, work):
     rows = ["| files in the folder | added in s | headers alone in s | ms a file beyond the header |", "|---|---|---|---|"]
     seed = work / "seed.png"
     subprocess.run(["gm", "convert", "-size", "32x32", "xc:gray", str(seed)], check=True)
+    # Below drive C, since Wine's folder browser does not reach every folder of the machine.
+    drive = pathlib.Path(os.environ.get("WINEPREFIX") or build / "wine") / "drive_c"
     for count in (1250, 2500, 5000):
-        folder = work / f"folder{count}"
+        folder = drive / f"bench{count}"
+        shutil.rmtree(folder, ignore_errors=True)
         folder.mkdir()
         for number in range(count):
             shutil.copy(seed, folder / f"small_{number:05}.png")
-        info = run_ours(build, "info", [windows_path(folder)])
-        added = run_ours(build, "add", [windows_path(folder)])
+        info = run_ours(build, "info", [f"C:\\{folder.name}"])
+        added = run_ours(build, "add", [f"C:\\{folder.name}"])
+        shutil.rmtree(folder)
         extra = (added["seconds"] - info["seconds"]) * 1000 / count
         rows.append(f"| {int(added['files'])} of {count} | {added['seconds']:.2f} | {info['seconds']:.2f} | {extra:.2f} |")
         print(rows[-1], flush=True)
     return rows
 
 
-def write_into(document, table):
-    text = document.read_text(encoding="utf-8")
-    head, rest = text.split(BEGIN)
-    tail = rest.split(END)[1]
-    document.write_text(f"{head}{BEGIN}\n{table}\n{END}{tail}", encoding="utf-8")
+def write_into(document, name, rows):
+    begin, end = f"<!-- {name} -->", f"<!-- /{name} -->"
+    head, rest = document.read_text(encoding="utf-8").split(begin)
+    tail = rest.split(end)[1]
+    table = "\n".join(rows)
+    document.write_text(f"{head}{begin}\n{table}\n{end}{tail}", encoding="utf-8")
+
+
+def make_images(count):
+    """Gives the folder of the images, which are made once and kept in the cache."""
+    cache = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache")
+    images = cache / "zvfiledlg/bench-images"
+    subprocess.run([sys.executable, str(ROOT / "scripts/make_samples.py"), "bench", str(images), "--count",
+                    str(max(60, count)), "--tiff"], check=True)
+    return images
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("build", type=pathlib.Path)
+    parser.add_argument("--only", choices=("conversion", "folders"), help="one of the two tables")
     parser.add_argument("--count", type=int, default=60, help="files of each task")
-    parser.add_argument("--write", type=pathlib.Path, help="document that gets the table between its marks")
+    parser.add_argument("--write", type=pathlib.Path, help="document that gets the tables")
     options = parser.parse_args()
     build = options.build.resolve()
-    cache = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache")
-    images = cache / "zvfiledlg/bench-images"
-    subprocess.run([sys.executable, str(ROOT / "scripts/make_samples.py"), "bench", str(images), "--count",
-                    str(max(60, options.count)), "--tiff"], check=True)
-    with tempfile.TemporaryDirectory(dir=build) as scratch:
-        work = pathlib.Path(scratch)
-        rows = conversion_rows(build, images, work, options.count) + [""] + folder_rows(build, work)
-    table = "\n".join(rows)
-    if options.write:
-        write_into(options.write, table)
+    tables = {"conversion": lambda work: conversion_rows(build, make_images(options.count), work, options.count),
+              "folders": lambda work: folder_rows(build, work)}
+    for name, measure in tables.items():
+        if options.only in (None, name):
+            with tempfile.TemporaryDirectory(dir=build) as scratch:
+                rows = measure(pathlib.Path(scratch))
+            if options.write:
+                write_into(options.write, name, rows)
 
 
 if __name__ == "__main__":
