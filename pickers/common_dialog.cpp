@@ -7,6 +7,8 @@ namespace {
 constexpr int kShellNameEdit = 1152;
 }
 
+HWND ShellView(HWND outer) { return ::FindWindowExW(outer, nullptr, L"SHELLDLL_DefView", nullptr); }
+
 HWND FileNameBox(HWND outer) {
   const HWND combo = ::GetDlgItem(outer, kShellNameCombo);
   return combo ? combo : ::GetDlgItem(outer, kShellNameEdit);

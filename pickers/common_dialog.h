@@ -12,8 +12,14 @@ inline constexpr int kShellNameLabel = 1090;
 inline constexpr int kShellLookInLabel = 1091;
 inline constexpr int kShellList = 1120;
 inline constexpr int kShellTypeCombo = 1136;
+inline constexpr int kShellFolderCombo = 1137;
 inline constexpr int kShellNameCombo = 1148;
 
+// Pixels right of the buttons and the list, and between boxes and buttons.
+inline constexpr int kPickerMargin = 15;
+
+// The shell's list of files, once the shell has made it; null before.
+HWND ShellView(HWND outer);
 // The name box: a combo box where the system remembers names, an edit (1152) where it does not.
 HWND FileNameBox(HWND outer);
 // Null when there is no such control.

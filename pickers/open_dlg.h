@@ -95,12 +95,14 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void LoadPreview();
   void ShowPane(bool show);
   bool CreatePane();
+  void PlacePane(int newLeft);
+  void EndDrag();
+
+  // open_dlg_layout.cpp
   void LayOut();
   void ShiftRows();
   void RegrowView();
   void LayOutRows(const CRect& client);
-  void PlacePane(int newLeft);
-  void EndDrag();
   CRect ClientRect() const;
   CRect ShellRect(HWND control) const;
   void MoveShellControl(HWND control, const CRect& rect) const;

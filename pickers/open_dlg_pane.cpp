@@ -1,4 +1,4 @@
-// The preview pane, the splitter at its left edge, and the layout of all that stands in the dialog.
+// The preview pane and the splitter at its left edge.
 #include <algorithm>
 
 #include "pickers/common_dialog.h"
@@ -11,17 +11,9 @@
 
 namespace {
 
-constexpr int kMargin = 15;         // pixels, right of the buttons and between boxes and buttons
-constexpr int kFirstShift = 25;     // pixels
-constexpr int kViewAboveOk = 6;     // pixels
 constexpr int kNarrowestView = 50;  // pixels
 constexpr int kPathLength = 260;
 constexpr LRESULT kLongestAnswer = 520;
-constexpr int kShellFolderCombo = 1137;
-constexpr int kShiftedControls[] = {kShellHelp,      IDOK,           IDCANCEL, kShellTypeCombo, kShellTypeLabel,
-                                    kShellNameCombo, kShellNameLabel};
-
-HWND ShellView(HWND outer) { return ::FindWindowExW(outer, nullptr, L"SHELLDLL_DefView", nullptr); }
 
 bool IsFile(const std::wstring& path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
@@ -185,109 +177,6 @@ void CZVOpenDlg::OnTogglePreview() {
   }
 }
 
-// --- Layout; all rectangles are in pixels of the hook's client area ---
-
-CRect CZVOpenDlg::ClientRect() const {
-  CRect client;
-  ::GetClientRect(Outer(), client);
-  ::MapWindowPoints(Outer(), m_hWnd, reinterpret_cast<POINT*>(&client), 2);
-  return client;
-}
-
-CRect CZVOpenDlg::ShellRect(HWND control) const { return RectInside(m_hWnd, control); }
-
-void CZVOpenDlg::MoveShellControl(HWND control, const CRect& rect) const {
-  CRect inside = rect;
-  ::MapWindowPoints(m_hWnd, Outer(), reinterpret_cast<POINT*>(&inside), 2);
-  // The height of a combo box is that of its open list; the closed box has its own.
-  CRect dropped;
-  if (::SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(static_cast<LPRECT>(dropped))) &&
-      dropped.Height() > inside.Height()) {
-    inside.bottom = inside.top + dropped.Height();
-  }
-  MoveInside(control, inside);
-}
-
-void CZVOpenDlg::LayOut() {
-  if (!ShellView(Outer())) {
-    return;
-  }
-  ShiftRows();
-  RegrowView();
-  LayOutRows(ClientRect());
-  PlacePane(0);
-}
-
-// Once: the rows below the list move down into the room that the template leaves.
-void CZVOpenDlg::ShiftRows() {
-  if (rowsShifted_) {
-    return;
-  }
-  rowsShifted_ = true;
-  rowShift_ += kFirstShift;
-  CRect rect;
-  for (const int id : kShiftedControls) {
-    const HWND control = id == kShellNameCombo ? FileNameBox(Outer()) : ::GetDlgItem(Outer(), id);
-    if (control) {
-      rect = ShellRect(control);
-      rect.top += rowShift_;
-      rect.bottom += rowShift_;
-      MoveShellControl(control, rect);
-    }
-  }
-}
-
-// A view that the shell has made anew knows nothing of the rows that have moved down.
-void CZVOpenDlg::RegrowView() {
-  const HWND view = ShellView(Outer());
-  if (view == grownView_) {
-    return;
-  }
-  grownView_ = view;
-  CRect rect = ShellRect(view);
-  if (rect.bottom + rowShift_ <= ShellRect(::GetDlgItem(Outer(), IDOK)).top) {
-    rect.bottom += rowShift_;
-    MoveShellControl(view, rect);
-  }
-}
-
-void CZVOpenDlg::LayOutRows(const CRect& client) {
-  const HWND outer = Outer();
-  const auto alignRight = [&](HWND control) {
-    CRect rect = ShellRect(control);
-    const int width = rect.Width();
-    rect.right = client.right - kMargin;
-    rect.left = rect.right - width;
-    MoveShellControl(control, rect);
-    return rect;
-  };
-  const auto endAt = [&](HWND control, int right) {
-    CRect rect = ShellRect(control);
-    rect.right = right;
-    MoveShellControl(control, rect);
-  };
-  const CRect ok = alignRight(::GetDlgItem(outer, IDOK));
-  if (const HWND help = ::GetDlgItem(outer, kShellHelp)) {
-    CRect rect = ShellRect(help);
-    rect.left = ok.left;
-    rect.right = ok.right;
-    MoveShellControl(help, rect);
-  }
-  endAt(FileNameBox(outer), ok.left - kMargin);
-  const CRect cancel = alignRight(::GetDlgItem(outer, IDCANCEL));
-  endAt(::GetDlgItem(outer, kShellTypeCombo), cancel.left - kMargin);
-  if (!(m_ofn.Flags & OFN_ENABLESIZING)) {
-    const HWND view = ShellView(outer);
-    CRect rect = ShellRect(view);
-    rect.bottom = ok.top - kViewAboveOk;
-    MoveShellControl(view, rect);
-  }
-  if (toolBar_) {
-    const CRect bar = alignRight(toolBar_);
-    endAt(::GetDlgItem(outer, kShellFolderCombo), bar.left);
-  }
-}
-
 void CZVOpenDlg::PlacePane(int newLeft) {
   const HWND view = ShellView(Outer());
   if (!view) {
@@ -296,7 +185,7 @@ void CZVOpenDlg::PlacePane(int newLeft) {
   const CRect client = ClientRect();
   CRect viewRect = ShellRect(view);
   if (!previewShown_) {
-    viewRect.right = client.right - kMargin;
+    viewRect.right = client.right - kPickerMargin;
     MoveShellControl(view, viewRect);
     return;
   }
