@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/leak_check.h"
+
 namespace zvtest {
 
 inline constexpr DWORD kPatience = 20'000;  // milliseconds; generous, since nothing waits for it that goes well
@@ -94,13 +96,6 @@ std::vector<int> SelectedListViewRows(HWND dialog, int controlId);
 
 // Saves a picture of the window as screenshots/<name>.png beside the folder of the program.
 bool SaveScreenshot(HWND window, const std::wstring& name);
-
-struct ResourceUse {
-  int gdiObjects;
-  int userObjects;
-  size_t heapBytes;  // busy bytes of all heaps of the process
-};
-ResourceUse CurrentResourceUse();
 
 // A plain visible top-level window, for calls that need a parent.
 class ParentWindow {

@@ -60,25 +60,6 @@ bool SaveScreenshot(HWND window, const std::wstring& name) {
   return saved;
 }
 
-ResourceUse CurrentResourceUse() {
-  ResourceUse use = {};
-  use.gdiObjects = static_cast<int>(::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS));
-  use.userObjects = static_cast<int>(::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS));
-  HANDLE heaps[64];
-  const DWORD count = ::GetProcessHeaps(64, heaps);
-  for (DWORD i = 0; i < count && i < 64; ++i) {
-    ::HeapLock(heaps[i]);
-    PROCESS_HEAP_ENTRY entry = {};
-    while (::HeapWalk(heaps[i], &entry)) {
-      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
-        use.heapBytes += entry.cbData;
-      }
-    }
-    ::HeapUnlock(heaps[i]);
-  }
-  return use;
-}
-
 TemporaryFolder::TemporaryFolder() {
   wchar_t base[MAX_PATH] = {};
   ::GetTempPathW(MAX_PATH, base);
