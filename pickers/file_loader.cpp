@@ -11,10 +11,17 @@ namespace {
 
 constexpr int32_t kThumbnailSide = 150;
 constexpr uint32_t kThumbnailMemory = 1;
+// A thumbnail is resampled from a picture at least this many times its size each way, so that it looks as if made from the
+// whole image.
+constexpr int32_t kReductionMargin = 2;
 
-BITMAPHANDLE EmptyBitmap() {
+// An empty bitmap that asks for a picture from which a good thumbnail can be made.
+BITMAPHANDLE SufficientForThumbnail(const FILEINFO& info) {
   BITMAPHANDLE bitmap = {};
   bitmap.uStructSize = sizeof(bitmap);
+  const ThumbnailSize size = ThumbnailSizeOf(std::max(info.width, 1), std::max(info.height, 1));
+  bitmap.width = kReductionMargin * size.width;
+  bitmap.height = kReductionMargin * size.height;
   return bitmap;
 }
 
@@ -32,17 +39,38 @@ LOADFILEOPTION LoadOptionOf(const OPENDLGFILEDATA& entry) {
   return option;
 }
 
-int32_t LoadImageOf(OPENDLGFILEDATA& entry, const LOADFILEOPTION& option, OpenProgress& progress,
+bool ExchangesSides(const FILEINFO& info) { return info.viewPerspective >= VIEW_LEFT_TOP; }
+
+// What the load says of the file replaces what its header said, but for the number of pages, which a load does not count,
+// and for the size of a picture that came in at a smaller scale: the record is about the file.
+void TakeOverInfo(const FILEINFO& loaded, FILEINFO& info) {
+  const FILEINFO known = info;
+  info = loaded;
+  info.totalPages = std::max(known.totalPages, loaded.totalPages);
+  if (loaded.flags & FILEINFO_REDUCED) {
+    const bool turned = ExchangesSides(known) && !ExchangesSides(loaded);
+    info.width = turned ? known.height : known.width;
+    info.height = turned ? known.width : known.height;
+    info.secondSize = known.secondSize;
+    info.flags &= ~FILEINFO_REDUCED;
+  }
+}
+
+int32_t LoadImageOf(OPENDLGFILEDATA& entry, const LOADFILEOPTION& option, uint32_t flags, OpenProgress& progress,
                     BITMAPHANDLE& bitmap) {
+  FILEINFO info = *entry.fileInfo;
   if (IsMultiPage(entry.fileName)) {
-    entry.fileInfo->flags = FILEINFO_LOAD_SIZE_GIVEN;
+    info.flags = FILEINFO_LOAD_SIZE_GIVEN;
   }
   const uint32_t compressed = entry.loadCompressed ? LOADFILE_COMPRESSED : 0;
   const int32_t result = LoadImageFile(entry.fileName, &bitmap, sizeof(bitmap), 0, ORDER_BGR_OR_GRAY,
-                                       LOADFILE_ALLOCATE | LOADFILE_STORE | compressed,
+                                       LOADFILE_ALLOCATE | LOADFILE_STORE | compressed | flags,
                                        progress.HasCallback() ? OpenProgress::OnRows : nullptr,
-                                       progress.HasCallback() ? &progress : nullptr, &option, entry.fileInfo);
+                                       progress.HasCallback() ? &progress : nullptr, &option, &info);
   progress.ClearRows();
+  if (result == SUCCESS) {
+    TakeOverInfo(info, *entry.fileInfo);
+  }
   return result;
 }
 
@@ -102,7 +130,7 @@ LoadOutcome LoadOpenedFile(OPENDLGFILEDATA& entry, OpenProgress& progress) {
   const FormatSettings settings(entry, option);
   LoadOutcome outcome = {true, SUCCESS};
   if (entry.bitmap) {
-    outcome.result = LoadImageOf(entry, option, progress, *entry.bitmap);
+    outcome.result = LoadImageOf(entry, option, 0, progress, *entry.bitmap);
     outcome.loaded = outcome.result == SUCCESS;
   }
   if (!outcome.loaded || !entry.thumbnail) {
@@ -112,9 +140,9 @@ LoadOutcome LoadOpenedFile(OPENDLGFILEDATA& entry, OpenProgress& progress) {
     outcome.result = MakeThumbnail(*entry.bitmap, *entry.thumbnail, progress, true);
     return outcome;
   }
-  BITMAPHANDLE image = EmptyBitmap();
+  BITMAPHANDLE image = SufficientForThumbnail(*entry.fileInfo);
   const scope_exit freeImage([&image] { FreeBitmap(&image); });
-  outcome.result = LoadImageOf(entry, option, progress, image);
+  outcome.result = LoadImageOf(entry, option, LOADFILE_MAY_REDUCE, progress, image);
   outcome.loaded = outcome.result == SUCCESS;
   if (outcome.loaded) {
     outcome.result = MakeThumbnail(image, *entry.thumbnail, progress, false);

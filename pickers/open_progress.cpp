@@ -25,12 +25,12 @@ void OpenProgress::BeginFile(OPENDLGFILEDATA* file, int32_t index) {
   rows_ = 0;
 }
 
-int32_t OpenProgress::AddRows(int32_t rows) {
+int32_t OpenProgress::AddRows(int32_t rows, int32_t height) {
   if (stopped_ || !file_) {
     return ERROR_USER_ABORT;
   }
   rows_ += rows;
-  const int32_t percent = ::MulDiv(rows_, kAll, file_->fileInfo->height);
+  const int32_t percent = ::MulDiv(rows_, kAll, height);
   if (percent > kAll) {
     stopped_ = true;
     return ERROR_USER_ABORT;
@@ -84,9 +84,9 @@ int32_t OpenProgress::CallBack(int32_t filePercent) {
   return answer;
 }
 
-int32_t ZV_CALL OpenProgress::OnRows(FILEINFO*, BITMAPHANDLE*, uint8_t*, uint32_t, int32_t, int32_t rowCount,
+int32_t ZV_CALL OpenProgress::OnRows(FILEINFO* info, BITMAPHANDLE*, uint8_t*, uint32_t, int32_t, int32_t rowCount,
                                      void* userData) {
-  return userData ? static_cast<OpenProgress*>(userData)->AddRows(rowCount) : ERROR_USER_ABORT;
+  return userData ? static_cast<OpenProgress*>(userData)->AddRows(rowCount, info->height) : ERROR_USER_ABORT;
 }
 
 int32_t ZV_CALL OpenProgress::OnThumbnailOfBitmap(int32_t percent, void* userData) {

@@ -23,8 +23,8 @@ class OpenProgress {
 
   // The file that the next reports are about; index counts from 0.
   void BeginFile(OPENDLGFILEDATA* file, int32_t index);
-  // Counts rows of the current file; 1, or ERROR_USER_ABORT to stop the load.
-  int32_t AddRows(int32_t rows);
+  // Counts rows of the current file, of which the picture that comes in has `height`; 1, or ERROR_USER_ABORT to stop the load.
+  int32_t AddRows(int32_t rows, int32_t height);
   void ClearRows() { rows_ = 0; }
   // A percentage of the thumbnail's phase; 1, or ERROR_USER_ABORT to stop it.
   int32_t ReportThumbnail(Phase phase, int32_t percent);

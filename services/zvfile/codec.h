@@ -53,7 +53,10 @@ struct LoadRequest {
   bool wantMetadata = false;  // info: comments and segments are wanted too
   uint64_t filePosition = 0;  // where the page starts, from a former nextPosition; 0 not known
   int32_t passes = 0;
-  IMAGESIZE loadSize = {0, 0};     // library-wide load size of this codec's format; (0, 0) the largest
+  IMAGESIZE loadSize = {0, 0};  // library-wide load size of this codec's format; (0, 0) the largest
+  // load: a codec that decodes faster at a smaller scale may deliver one, as long as no side falls below this; (0, 0) asks
+  // for the whole image.
+  IMAGESIZE sufficientSize = {0, 0};
   int32_t xDpi = 150, yDpi = 150;  // load resolution of formats without a size of their own
   std::string extension;           // of the file's name, lower-case ASCII without the dot; may be empty
   Limits limits;

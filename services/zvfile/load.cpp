@@ -24,6 +24,7 @@ void DropBitmap(const SinkRequest& target) {
 
 int32_t LoadFile(const ZVCHAR* path, SinkRequest& target, const LOADFILEOPTION* option, FILEINFO* info) {
   LoadRequest request = MakeLoadRequest(path, option, info);
+  if (target.flags & LOADFILE_MAY_REDUCE) request.sufficientSize = {target.bitmap->width, target.bitmap->height};
   FILEINFO ownInfo;
   target.info = info ? info : &ownInfo;
   target.upright = option && (option->flags & LOADFILE_ROTATED) != 0;

@@ -11,6 +11,7 @@
 #define FILEINFO_HAS_PROFILE 0x00000020u
 #define FILEINFO_TRANSPARENT_COLOR 0x00000040u
 #define FILEINFO_ANIMATED 0x00000080u
+#define FILEINFO_REDUCED 0x00000100u /* set by a load with LOADFILE_MAY_REDUCE that came in at a smaller scale */
 #define FILEINFO_PROGRESSIVE 0x00000400u
 #define FILEINFO_LOAD_SIZE_GIVEN 0x00001000u /* set by callers: the load size is given */
 #define FILEINFO_INTERLACED 0x00002000u
@@ -34,6 +35,8 @@
 #define LOADFILE_STORE 2u    /* store the rows in it */
 #define LOADFILE_COMPRESSED \
   64u /* keep the compressed stream where the format can; read as a plain load by the others */
+/* A smaller picture will do: the load may be at any scale that leaves no side below the bitmap's width and height as given */
+#define LOADFILE_MAY_REDUCE 128u
 
 /* SaveFile flags. */
 #define SAVEFILE_ROWS_FROM_CALLBACK 2u

@@ -14,6 +14,7 @@ namespace {
 
 constexpr uint32_t kMostBytesPerByte = 1200;  // 4:2:0: 768 decoded bytes take at least 6 bits, one a block
 constexpr double kDotsPerCentimetre = 2.54;
+constexpr unsigned int kWholeScale = 8;  // the decoder can stop at any number of the eight rows and columns of a block
 
 // --- Probe ---
 
@@ -124,6 +125,20 @@ int32_t PullInks(JpegDecoder& decoder, RowSink& sink, const std::vector<uint8_t>
   return SUCCESS;
 }
 
+// The decoder's smallest scale that leaves no side below the sufficient size.
+unsigned int EighthsFor(const jpeg_decompress_struct& info, IMAGESIZE sufficient) {
+  if (sufficient.width < 1 || sufficient.height < 1) return kWholeScale;
+  const auto suffices = [](unsigned int eighths, JDIMENSION side, int32_t wanted) {
+    return uint64_t{side} * eighths >= uint64_t{kWholeScale} * static_cast<uint32_t>(wanted);
+  };
+  unsigned int eighths = 1;
+  while (eighths < kWholeScale && !(suffices(eighths, info.image_width, sufficient.width) &&
+                                    suffices(eighths, info.image_height, sufficient.height))) {
+    ++eighths;
+  }
+  return eighths;
+}
+
 int32_t PullRows(JpegDecoder& decoder, RowSink& sink) {
   const JDIMENSION height = decoder.info.output_height;
   JSAMPROW rows[RowSink::kBatchRows];
@@ -191,8 +206,13 @@ int32_t LoadJpegStream(ByteSource& source, const LoadRequest& request, RowSink& 
                            : header.layout == Layout::kRgb24 ? JCS_EXT_RGB
                                                              : JCS_EXT_BGR;
     info.dct_method = JDCT_ISLOW;
+    info.scale_denom = kWholeScale;
+    info.scale_num = EighthsFor(info, request.sufficientSize);
     jpeg_calc_output_dimensions(&info);
   });
+  header.width = static_cast<int32_t>(info.output_width);
+  header.height = static_cast<int32_t>(info.output_height);
+  if (info.scale_num < kWholeScale) header.flags |= FILEINFO_REDUCED;
   if (result == SUCCESS) result = sink.Begin(header);
   if (result == SUCCESS) result = decoder.Guard([&] { jpeg_start_decompress(&info); });
   if (result == SUCCESS) result = inks ? PullInks(decoder, sink, inkProfile) : PullRows(decoder, sink);

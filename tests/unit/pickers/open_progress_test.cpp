@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int32_t kHeight = 100;  // rows
+
 struct Calls {
   int32_t answer = SUCCESS;
   std::vector<int32_t> file;
@@ -24,14 +26,13 @@ int32_t ZV_CALL Record(OPENDLGFILEDATA*, int32_t overall, int32_t file, void* us
 class Progress : public ::testing::Test {
  protected:
   Progress() {
-    info.height = 100;
     file.fileInfo = &info;
   }
   std::vector<int32_t> FilePercentsOfRows(uint32_t flags) {
     OpenProgress progress(Record, &calls, flags, 1);
     progress.BeginFile(&file, 0);
     for (int row = 0; row < 100; ++row) {
-      EXPECT_EQ(SUCCESS, progress.AddRows(1));
+      EXPECT_EQ(SUCCESS, progress.AddRows(1, kHeight));
     }
     return calls.file;
   }
@@ -79,15 +80,14 @@ TEST_F(Progress, SucceedsWithoutAStatusFunction) {
   OpenProgress progress(nullptr, nullptr, 0, 1);
   progress.BeginFile(&file, 0);
   EXPECT_EQ(SUCCESS, progress.Report(OpenProgress::kLoad, 50));
-  EXPECT_EQ(SUCCESS, progress.AddRows(50));
+  EXPECT_EQ(SUCCESS, progress.AddRows(50, kHeight));
 }
 
 TEST_F(Progress, ReportsAPercentageOnce) {
-  info.height = 1000;
   OpenProgress progress(Record, &calls, DLG_OPEN_LOAD_BITMAP, 1);
   progress.BeginFile(&file, 0);
   for (int row = 0; row < 30; ++row) {
-    progress.AddRows(1);
+    progress.AddRows(1, 10 * kHeight);
   }
   EXPECT_EQ((std::vector<int32_t>{1, 2, 3}), calls.file);
 }
@@ -104,14 +104,14 @@ TEST_F(Progress, SetsTheWholeInThePhaseOfTheWhole) {
 TEST_F(Progress, StopsWhenMoreRowsComeThanTheFileHas) {
   OpenProgress progress(Record, &calls, 0, 1);
   progress.BeginFile(&file, 0);
-  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(102));
+  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(102, kHeight));
   EXPECT_TRUE(progress.IsStopped());
-  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(1)) << "for good";
+  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(1, kHeight)) << "for good";
 }
 
 TEST_F(Progress, StopsBeforeItsFirstFile) {
   OpenProgress progress(Record, &calls, 0, 1);
-  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(1));
+  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(1, kHeight));
   EXPECT_EQ(ERROR_USER_ABORT, OpenProgress::OnRows(nullptr, nullptr, nullptr, 0, 0, 1, nullptr));
 }
 
@@ -122,9 +122,9 @@ TEST_P(StoppingAnswer, EndsTheLoadAtTheNextRows) {
   calls.answer = GetParam();
   OpenProgress progress(Record, &calls, 0, 1);
   progress.BeginFile(&file, 0);
-  EXPECT_EQ(SUCCESS, progress.AddRows(10));
+  EXPECT_EQ(SUCCESS, progress.AddRows(10, kHeight));
   EXPECT_TRUE(progress.IsStopped());
-  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(10));
+  EXPECT_EQ(ERROR_USER_ABORT, progress.AddRows(10, kHeight));
   EXPECT_EQ(ERROR_USER_ABORT, progress.ReportThumbnail(OpenProgress::kThumbnailOfBitmap, 10));
 }
 
@@ -132,7 +132,7 @@ TEST_P(GoingAnswer, LetsTheLoadGoOn) {
   calls.answer = GetParam();
   OpenProgress progress(Record, &calls, 0, 1);
   progress.BeginFile(&file, 0);
-  EXPECT_EQ(SUCCESS, progress.AddRows(10));
+  EXPECT_EQ(SUCCESS, progress.AddRows(10, kHeight));
   EXPECT_FALSE(progress.IsStopped());
 }
 
