@@ -89,7 +89,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
 
   // open_dlg_pane.cpp
   CWnd* PreviewPane() override { return pane_.GetSafeHwnd() ? &pane_ : nullptr; }
-  void ShowPreviewBitmap(const BITMAPHANDLE* bitmap) override;
+  void ShowPreviewBitmap(BITMAPHANDLE* bitmap) override;
   void OnPreviewFailed() override { EnablePageControls(false); }
   bool TakeSelectedPath();
   void LoadPreview();

@@ -62,7 +62,6 @@ void CZVOpenDlg::OnFileNameChange() {
 
 void CZVOpenDlg::OnFolderChange() {
   CFileDialog::OnFolderChange();
-  producer_.DropStamp();
   currentPage_ = std::max(currentPage_, 1);
   if (firstFolderChange_) {
     firstFolderChange_ = false;
@@ -102,7 +101,7 @@ void CZVOpenDlg::LoadPreview() {
   }
 }
 
-void CZVOpenDlg::ShowPreviewBitmap(const BITMAPHANDLE* bitmap) {
+void CZVOpenDlg::ShowPreviewBitmap(BITMAPHANDLE* bitmap) {
   SetViewerBitmap(rasterViewer_, bitmap);
   if (const CWnd* const pane = PreviewPane()) {
     pane->Invalidate(FALSE);
@@ -173,7 +172,7 @@ void CZVOpenDlg::OnTogglePreview() {
     TakeSelectedPath();
     LoadPreview();
   } else {
-    producer_.ShowStamp();
+    producer_.ShowNothing();
   }
 }
 

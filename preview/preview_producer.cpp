@@ -1,25 +1,16 @@
 #include "preview/preview_producer.h"
 
 #include "preview/format_sets.h"
+#include "preview/path_kind.h"
 
 namespace {
 
 constexpr int32_t kLastPhotoCd = 83;
 
-bool IsFile(const std::wstring& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-bool IsFolder(const std::wstring& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-void Empty(BITMAPHANDLE& bitmap) {
-  FreeBitmap(&bitmap);
-  bitmap = {};
+BITMAPHANDLE EmptyBitmap() {
+  BITMAPHANDLE bitmap = {};
   bitmap.uStructSize = sizeof(bitmap);
+  return bitmap;
 }
 
 // Asks for a size near the pane's where the format offers some. `info` is what the load gets.
@@ -48,18 +39,6 @@ void SuitPane(const std::wstring& path, SIZE pane, const LOADFILEOPTION& option,
 
 }  // namespace
 
-PreviewProducer::PreviewProducer(PreviewSink& sink) : sink_(sink) {
-  Empty(stamp_);
-  Empty(full_);
-}
-
-PreviewProducer::~PreviewProducer() {
-  FreeBitmap(&stamp_);
-  FreeBitmap(&full_);
-}
-
-void PreviewProducer::DropStamp() { Empty(stamp_); }
-
 int32_t PreviewProducer::Produce(std::wstring& path, const std::wstring& defaultExtension, int32_t page, SIZE pane) {
   LOADFILEOPTION option = {};
   GetDefaultLoadFileOption(&option, sizeof(option));
@@ -76,15 +55,12 @@ int32_t PreviewProducer::Produce(std::wstring& path, const std::wstring& default
   if (!rules.useStamp) {
     return status;
   }
-  if (stamp_.flags & BITMAP_FLAG_ALLOCATED) {
-    Empty(stamp_);
-    sink_.ShowPreviewBitmap(nullptr);
+  // Before anything is loaded, so that two large pictures never stand in memory at once.
+  sink_.ShowPreviewBitmap(nullptr);
+  option.flags |= LOADFILE_DEFERRED;
+  if (!ShowStamp(path, option) && rules.useFullImage) {
+    ShowFullImage(path, option, pane);
   }
-  const bool hasStamp = LoadStamp(path, option);
-  if (!hasStamp && rules.useFullImage) {
-    LoadFullImage(path, option, pane);
-  }
-  sink_.ShowPreviewBitmap(isStamp_ ? &stamp_ : &full_);
   return status;
 }
 
@@ -117,40 +93,39 @@ void PreviewProducer::AskCaller(const std::wstring& path, int32_t page) {
   request.pageNumber = page;
   rules.callback(&request, rules.callbackUserData);
   if (request.bitmap && (request.bitmap->flags & BITMAP_FLAG_ALLOCATED)) {
-    Empty(full_);
-    CopyBitmapHandle(&full_, request.bitmap, sizeof(full_));
-    sink_.ShowPreviewBitmap(&full_);
+    BITMAPHANDLE picture = EmptyBitmap();
+    CopyBitmapHandle(&picture, request.bitmap, sizeof(picture));
+    sink_.ShowPreviewBitmap(&picture);
   }
 }
 
 void PreviewProducer::Fail() {
   sink_.OnPreviewFailed();
-  Empty(stamp_);
-  Empty(full_);
   lastPath_.clear();
   sink_.ShowPreviewBitmap(nullptr);
 }
 
-bool PreviewProducer::LoadStamp(const std::wstring& path, LOADFILEOPTION& option) {
-  option.flags |= LOADFILE_DEFERRED;
-  if (ReadFileStamp(path.c_str(), &stamp_, sizeof(stamp_), &option) != SUCCESS) {
+bool PreviewProducer::ShowStamp(const std::wstring& path, const LOADFILEOPTION& option) {
+  BITMAPHANDLE stamp = EmptyBitmap();
+  if (ReadFileStamp(path.c_str(), &stamp, sizeof(stamp), &option) != SUCCESS) {
     return false;
   }
   isStamp_ = true;
+  sink_.ShowPreviewBitmap(&stamp);
   return true;
 }
 
-void PreviewProducer::LoadFullImage(const std::wstring& path, LOADFILEOPTION& option, SIZE pane) {
-  Empty(full_);
+void PreviewProducer::ShowFullImage(const std::wstring& path, const LOADFILEOPTION& option, SIZE pane) {
   FILEINFO info = info_;
   SuitPane(path, pane, option, info_, info);
-  const uint32_t flags = info.flags;
-  info.flags = (flags & ~FILEINFO_INTERLACED) | FILEINFO_LOAD_SIZE_GIVEN;
-  const int32_t loaded = LoadImageFile(path.c_str(), &full_, sizeof(full_), 0, ORDER_BGR_OR_GRAY,
+  info.flags = (info.flags & ~FILEINFO_INTERLACED) | FILEINFO_LOAD_SIZE_GIVEN;
+  BITMAPHANDLE image = EmptyBitmap();
+  const int32_t loaded = LoadImageFile(path.c_str(), &image, sizeof(image), 0, ORDER_BGR_OR_GRAY,
                                        LOADFILE_ALLOCATE | LOADFILE_STORE, nullptr, nullptr, &option, &info);
   SetLoadSize(info.format, 0, 0);
   if (loaded == SUCCESS) {
     lastPath_ = path;
     isStamp_ = false;
+    sink_.ShowPreviewBitmap(&image);
   }
 }

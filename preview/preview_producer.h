@@ -1,6 +1,6 @@
 // PreviewProducer makes the picture for the preview pane from the chosen file: its stamp when it has one, else the full image,
-// at a size that suits the pane where the format keeps several. It owns the two bitmaps and shows them through its sink; it
-// has no window and shows no message.
+// at a size that suits the pane where the format keeps several. It hands the picture over to its sink, has no window and shows
+// no message.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@
 
 class PreviewSink {
  public:
-  // Null takes the picture away. The bitmap stays the producer's.
-  virtual void ShowPreviewBitmap(const BITMAPHANDLE* bitmap) = 0;
+  // Takes the pixels over, whatever becomes of them. Null or a bitmap without pixels takes the picture away.
+  virtual void ShowPreviewBitmap(BITMAPHANDLE* bitmap) = 0;
   // The file cannot be read: there are no pages to choose from.
   virtual void OnPreviewFailed() = 0;
 
@@ -29,19 +29,18 @@ struct PreviewRules {
 
 class PreviewProducer {
  public:
-  explicit PreviewProducer(PreviewSink& sink);
+  explicit PreviewProducer(PreviewSink& sink) : sink_(sink) { KeepPixelMemory(1); }
   PreviewProducer(const PreviewProducer&) = delete;
   PreviewProducer& operator=(const PreviewProducer&) = delete;
-  ~PreviewProducer();
+  ~PreviewProducer() { KeepPixelMemory(0); }
 
   PreviewRules rules;
 
   // Produces the picture of a page (from 1) for a pane of that size in pixels. A path that is missing gets the extension
   // added, when that names a file. SUCCESS; the code of a file that cannot be read; 0 for a format that is not accepted.
   int32_t Produce(std::wstring& path, const std::wstring& defaultExtension, int32_t page, SIZE pane);
-  // Forgets the stamp and its picture.
-  void DropStamp();
-  void ShowStamp() { sink_.ShowPreviewBitmap(&stamp_); }
+  // Takes the picture away: without stamps and full images there is none to show.
+  void ShowNothing() { sink_.ShowPreviewBitmap(nullptr); }
 
   // What the last file said of itself.
   const FILEINFO& Info() const { return info_; }
@@ -54,13 +53,11 @@ class PreviewProducer {
   int32_t ReadInfo(std::wstring& path, const std::wstring& defaultExtension, const LOADFILEOPTION& option);
   void AskCaller(const std::wstring& path, int32_t page);
   void Fail();
-  bool LoadStamp(const std::wstring& path, LOADFILEOPTION& option);
-  void LoadFullImage(const std::wstring& path, LOADFILEOPTION& option, SIZE pane);
+  bool ShowStamp(const std::wstring& path, const LOADFILEOPTION& option);
+  void ShowFullImage(const std::wstring& path, const LOADFILEOPTION& option, SIZE pane);
 
   PreviewSink& sink_;
   FILEINFO info_ = {};
-  BITMAPHANDLE stamp_ = {};
-  BITMAPHANDLE full_ = {};
   bool isStamp_ = false;
   std::wstring lastPath_;
 };

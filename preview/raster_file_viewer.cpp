@@ -78,12 +78,13 @@ int CZVRasterFileViewer::QueryNewPalette(CWnd* window) {
   return 1;
 }
 
-int SetViewerBitmap(CZVRasterFileViewer& viewer, const BITMAPHANDLE* bitmap) {
+int SetViewerBitmap(CZVRasterFileViewer& viewer, BITMAPHANDLE* bitmap) {
   viewer.hasImage = 0;
   if (!bitmap || !(bitmap->flags & BITMAP_FLAG_ALLOCATED)) {
+    viewer.image.Empty();
     return 0;
   }
-  viewer.image = *bitmap;
+  viewer.image.Attach(*bitmap);
   viewer.hasImage = 1;
   return 1;
 }

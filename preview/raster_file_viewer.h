@@ -1,4 +1,4 @@
-// CZVRasterFileViewer: shows a bitmap, reduced to the pane and centred. The bitmap is a copy of its own.
+// CZVRasterFileViewer: shows a bitmap, reduced to the pane and centred. The bitmap is its own.
 #pragma once
 
 #include "preview/file_viewer.h"
@@ -14,5 +14,5 @@ class CZVRasterFileViewer : public CZVFileViewer {
   CZVBitmap image;
 };
 
-// Gives the viewer a copy of the picture; a null or unallocated one leaves it without. 1 when there is a picture.
-int SetViewerBitmap(CZVRasterFileViewer& viewer, const BITMAPHANDLE* bitmap);
+// The viewer takes the pixels over; a null or unallocated bitmap leaves it without. 1 when there is a picture.
+int SetViewerBitmap(CZVRasterFileViewer& viewer, BITMAPHANDLE* bitmap);

@@ -10,8 +10,10 @@ void ViewerList::InsertViewer(CZVFileViewer& viewer, size_t index) {
   viewers_.insert(viewers_.begin() + static_cast<std::ptrdiff_t>(std::min(index, viewers_.size())), &viewer);
   CWnd* const pane = host_.PreviewPane();
   if (pane && pane->IsWindowVisible()) {
-    constexpr UINT kRefresh = SWP_NOSIZE | SWP_NOZORDER | SWP_NOCOPYBITS;
-    pane->SetWindowPos(nullptr, 0, 0, 0, 0, kRefresh | SWP_NOMOVE);
+    CRect place;
+    pane->GetWindowRect(place);
+    ::MapWindowPoints(nullptr, ::GetParent(pane->GetSafeHwnd()), reinterpret_cast<POINT*>(&place), 2);
+    pane->SetWindowPos(nullptr, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOCOPYBITS);
   }
 }
 
@@ -51,6 +53,7 @@ void DrawNoPreview(CDC& device, const CRect& rectangle) {
   ::FillRect(device, rectangle, ::GetSysColorBrush(COLOR_BTNFACE));
   const HGDIOBJ former = device.SelectObject(::GetStockObject(DEFAULT_GUI_FONT));
   device.SetBkMode(TRANSPARENT);
+  device.SetTextColor(::GetSysColor(COLOR_BTNTEXT));
   CRect text = rectangle;
   device.DrawText(LoadDialogString(IDS_NO_PREVIEW), text, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
   device.SelectObject(former);

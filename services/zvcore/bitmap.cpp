@@ -94,7 +94,7 @@ int32_t AllocateBitmap(BITMAPHANDLE* bitmap, uint32_t memoryFlags) {
     if (!palette) return ERROR_OUT_OF_MEMORY;
     FillGrayRamp(palette, bits);
   }
-  auto* data = static_cast<uint8_t*>(AllocateZeroed(size));
+  auto* data = static_cast<uint8_t*>(AllocatePixels(size));
   if (!data) {
     Release(palette);
     return ERROR_OUT_OF_MEMORY;
@@ -130,7 +130,7 @@ int32_t FreeBitmap(BITMAPHANDLE* bitmap) {
   if (!bitmap) return ERROR_BAD_ARGUMENT;
   if (bitmap->metadata) FreeMetadata(*bitmap);
   if (!(bitmap->flags & BITMAP_FLAG_ALLOCATED)) return SUCCESS;
-  Release(bitmap->data);
+  ReleasePixels(bitmap->data, bitmap->dataSize);
   Release(bitmap->palette);
   bitmap->data = nullptr;
   bitmap->dataSize = 0;
@@ -164,7 +164,7 @@ int32_t DuplicateBitmap(BITMAPHANDLE* destination, const BITMAPHANDLE* source) {
   if (!destination) return ERROR_BAD_ARGUMENT;
   if (!HasPixels(source)) return ERROR_NO_IMAGE;
   BITMAPHANDLE copy = *source;
-  copy.data = static_cast<uint8_t*>(AllocateZeroed(source->dataSize));
+  copy.data = static_cast<uint8_t*>(AllocatePixels(source->dataSize));
   copy.palette = source->palette ? NewPalette(source->paletteCount) : nullptr;
   copy.metadata = nullptr;
   copy.lockCount = 0;

@@ -13,6 +13,9 @@ namespace zvcore {
 // Zeroed; aligned to 16 bytes. bytes 0 gives a block as well.
 void* AllocateZeroed(size_t bytes) noexcept;
 void Release(void* block) noexcept;
+// The same for the pixels of bitmaps, which wait for each other while KeepPixelMemory says so.
+void* AllocatePixels(uint64_t bytes) noexcept;
+void ReleasePixels(void* block, uint64_t bytes) noexcept;
 int64_t LiveBlocks() noexcept;
 
 // The allocation after `count` further ones fails, once; a negative count fails none.

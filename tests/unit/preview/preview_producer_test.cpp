@@ -40,11 +40,12 @@ class Preview : public ::testing::Test, public PreviewSink {
     producer.rules.useFullImage = true;
   }
 
-  void ShowPreviewBitmap(const BITMAPHANDLE* bitmap) override {
+  void ShowPreviewBitmap(BITMAPHANDLE* bitmap) override {
     const bool holdsImage = bitmap && (bitmap->flags & BITMAP_FLAG_ALLOCATED);
-    shownWidth = holdsImage ? bitmap->width : 0;
-    ++shows;
+    shown.push_back(holdsImage ? bitmap->width : 0);
+    FreeBitmap(bitmap);
   }
+  int ShownWidth() const { return shown.empty() ? 0 : shown.back(); }
   void OnPreviewFailed() override { ++failures; }
   int32_t Produce(std::wstring path, int32_t page = 1) { return producer.Produce(path, L"", page, kPane); }
 
@@ -53,15 +54,14 @@ class Preview : public ::testing::Test, public PreviewSink {
   std::wstring pages = folder.File(L"pages.tif");
   std::wstring stamped = folder.File(L"stamped.cmp");
   std::wstring broken;
-  int shownWidth = 0;
-  int shows = 0;
+  std::vector<int> shown;  // widths, 0 for none
   int failures = 0;
   PreviewProducer producer{*this};
 };
 
 TEST_F(Preview, ShowsTheFullImageOfAFileWithoutStamp) {
   EXPECT_EQ(SUCCESS, Produce(plain));
-  EXPECT_EQ(300, shownWidth);
+  EXPECT_EQ(300, ShownWidth());
   EXPECT_EQ(plain, producer.LastPath());
   EXPECT_FALSE(producer.IsStamp());
 }
@@ -69,32 +69,32 @@ TEST_F(Preview, ShowsTheFullImageOfAFileWithoutStamp) {
 TEST_F(Preview, ShowsTheStampAndNeverLoadsTheImage) {
   ASSERT_EQ(SUCCESS, Produce(plain));
   EXPECT_EQ(SUCCESS, Produce(stamped));
-  EXPECT_EQ(64, shownWidth);
+  EXPECT_EQ(64, ShownWidth());
   EXPECT_TRUE(producer.IsStamp());
   EXPECT_EQ(plain, producer.LastPath()) << "so that the same file is looked at again";
 }
 
 TEST_F(Preview, ShowsTheChosenPage) {
   EXPECT_EQ(SUCCESS, Produce(pages, 3));
-  EXPECT_EQ(52, shownWidth);
+  EXPECT_EQ(52, ShownWidth());
 }
 
 TEST_F(Preview, ReadsTheFileInformationWithoutAnyPictureWhenStampsAreOff) {
   producer.rules.useStamp = false;
   EXPECT_EQ(SUCCESS, Produce(plain));
-  EXPECT_EQ(0, shows);
+  EXPECT_TRUE(shown.empty());
   EXPECT_EQ(FMT_BMP, producer.Info().format);
 }
 
 TEST_F(Preview, TakesThePictureAwayWhenAFileCannotBeRead) {
   ASSERT_EQ(SUCCESS, Produce(plain));
   EXPECT_NE(SUCCESS, Produce(broken));
-  EXPECT_EQ(0, shownWidth);
+  EXPECT_EQ(0, ShownWidth());
   EXPECT_EQ(1, failures);
   EXPECT_EQ(L"", producer.LastPath());
   ASSERT_EQ(SUCCESS, Produce(plain));
   EXPECT_EQ(ERROR_FILE_MISSING, Produce(folder.path())) << "a folder is no picture";
-  EXPECT_EQ(0, shownWidth);
+  EXPECT_EQ(0, ShownWidth());
   ::DeleteFileW(plain.c_str());
   EXPECT_EQ(ERROR_FILE_MISSING, Produce(plain)) << "nor is a file that has vanished";
 }
@@ -103,14 +103,14 @@ TEST_F(Preview, AddsTheDefaultExtensionToAMissingName) {
   std::wstring path = folder.File(L"plain");
   EXPECT_EQ(SUCCESS, producer.Produce(path, L"bmp", 1, kPane));
   EXPECT_EQ(plain, path);
-  EXPECT_EQ(300, shownWidth);
+  EXPECT_EQ(300, ShownWidth());
 }
 
 TEST_F(Preview, KeepsThePictureBeforeAFileThatIsNoDrawing) {
   ASSERT_EQ(SUCCESS, Produce(plain));
   producer.rules.vectorOnly = true;
   EXPECT_EQ(0, Produce(pages));
-  EXPECT_EQ(300, shownWidth);
+  EXPECT_EQ(300, ShownWidth());
 }
 
 struct Answer {
@@ -139,8 +139,8 @@ TEST_F(Preview, FreesThePictureOfTheCallerAndShowsNone) {
   EXPECT_NE(SUCCESS, Produce(broken, 2));
   EXPECT_EQ(broken, answer.askedFor);
   EXPECT_EQ(2, answer.page);
-  EXPECT_EQ(2, shows) << "shown and taken away at once";
-  EXPECT_EQ(0, shownWidth);
+  EXPECT_EQ((std::vector{11, 0}), shown) << "shown and taken away at once";
+  EXPECT_EQ(0, ShownWidth());
   EXPECT_EQ(blocks, CoreBlockCount());
 }
 
