@@ -16,7 +16,7 @@ int32_t RoundedResolution(double dotsPerInch) {
 }
 
 int32_t ReadInfo(const ZVCHAR* path, FILEINFO& info, uint32_t flags, const LOADFILEOPTION* option) {
-  LoadRequest request = MakeLoadRequest(path, option, &info);
+  LoadRequest request = MakeLoadRequest(path, option, nullptr);
   request.countPages = (flags & 1) != 0;
   StartFileInfo(path, 0, info);
   std::unique_ptr<FileSource> source;
@@ -24,6 +24,7 @@ int32_t ReadInfo(const ZVCHAR* path, FILEINFO& info, uint32_t flags, const LOADF
   if (opened != SUCCESS) return opened;
   info.firstSize = source->Size();
   return ForDetectedCodec(*source, request, [&](const Codec& codec) {
+    request.loadSize = LoadSizeSetting(codec);
     ImageHeader header;
     const int32_t result = codec.info(*source, request, header);
     if (result == SUCCESS) FillFileInfo(header, info);

@@ -75,9 +75,10 @@ LoadRequest MakeLoadRequest(const ZVCHAR* path, const LOADFILEOPTION* option, co
 }
 
 int32_t LoadFromSource(ByteSource& source, LoadRequest& request, SinkRequest& target) {
-  const bool ownSize = request.loadSize.width > 0;
+  const IMAGESIZE given = request.loadSize;
   return ForDetectedCodec(source, request, [&](const Codec& codec) {
-    if (!ownSize && !codec.formats.empty()) request.loadSize = LoadSizeSetting(codec);
+    request.loadSize = LoadSizeSetting(codec);
+    if (request.loadSize.width < 1) request.loadSize = given;
     RowSink sink(target);
     int32_t result = codec.load(source, request, sink);
     if (result == SUCCESS) result = sink.Finish();

@@ -269,7 +269,8 @@ int32_t GetLoadDpi(int32_t* x, int32_t* y) {
 }
 
 int32_t SetLoadDpi(int32_t x, int32_t y) {
-  if (x < 1 || y < 1 || x > zvfile::kMaxDpi || y > zvfile::kMaxDpi) return ERROR_BAD_ARGUMENT;
+  const bool ownSize = x == 0 && y == 0;
+  if (!ownSize && (x < 1 || y < 1 || x > zvfile::kMaxDpi || y > zvfile::kMaxDpi)) return ERROR_BAD_ARGUMENT;
   WriteValue(&Settings::xDpi, x);
   return WriteValue(&Settings::yDpi, y);
 }

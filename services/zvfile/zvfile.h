@@ -129,11 +129,13 @@ typedef int32_t(ZV_CALL* FONTSUBSTITUTIONCALLBACK)(void* logFont, void* userData
 ZVFILE_API int32_t SetVectorFontSubstitution(FONTSUBSTITUTIONCALLBACK callback, void* userData);
 ZVFILE_API int32_t ResetVectorFontSubstitution(void);
 
-/* Library-wide load resolution of formats without a size of their own, in dots per inch; later GetFileInfo calls compute
- * the size at it. */
+/* Library-wide load resolution of formats without a size of their own, in dots per inch; (0, 0) is that of a screen, 96. Later
+ * GetFileInfo calls compute the size at it. */
 ZVFILE_API int32_t GetLoadDpi(int32_t* x, int32_t* y);
 ZVFILE_API int32_t SetLoadDpi(int32_t x, int32_t y);
-/* Load size of formats that keep several; (0, 0) is the largest. option may be null. */
+/* Load size of formats that keep several: the smallest that is not smaller comes in, the largest when there is none such.
+ * (0, 0) is the largest, a height of 0 leaves the width alone to decide. GetFileInfo tells the size that would be loaded, and
+ * the size goes before the one of a FILEINFO with FILEINFO_LOAD_SIZE_GIVEN. option may be null. */
 ZVFILE_API int32_t GetLoadSize(int32_t format, int32_t* width, int32_t* height, const LOADFILEOPTION* option);
 ZVFILE_API int32_t SetLoadSize(int32_t format, int32_t width, int32_t height);
 /* The sizes at which a file can be loaded; sizes null gives the count alone. */

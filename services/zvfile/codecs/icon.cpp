@@ -96,10 +96,10 @@ int32_t ReadDirectory(ByteSource& source, const LoadRequest& request, Directory&
   return SUCCESS;
 }
 
-// The largest entry, or the smallest that is not smaller than asked for.
+// The largest entry, or the smallest that is not smaller than asked for; a height of 0 asks for the width alone.
 const Entry& Choose(const Directory& directory, const IMAGESIZE& wanted) {
   const Entry* chosen = &directory.entries.front();
-  if (wanted.width < 1 || wanted.height < 1) return *chosen;
+  if (wanted.width < 1) return *chosen;
   for (const Entry& entry : directory.entries) {
     const bool smaller = int64_t{entry.width} * entry.height < int64_t{chosen->width} * chosen->height;
     if (smaller && entry.width >= wanted.width && entry.height >= wanted.height) chosen = &entry;

@@ -31,7 +31,11 @@ std::vector<IMAGESIZE> PhotoCdSizes(ByteSource& source) {
 }
 
 IMAGESIZE PhotoCdReaderSize(ByteSource& source, IMAGESIZE wanted) {
-  IMAGESIZE size = wanted.width > 0 && wanted.height > 0 ? wanted : PhotoCdSizes(source).front();
+  const std::vector<IMAGESIZE> sizes = PhotoCdSizes(source);
+  IMAGESIZE size = sizes.front();
+  for (const IMAGESIZE& stored : sizes) {
+    if (wanted.width > 0 && stored.width >= wanted.width && stored.height >= wanted.height) size = stored;
+  }
   if (StandsOnItsSide(source)) std::swap(size.width, size.height);
   return size;
 }

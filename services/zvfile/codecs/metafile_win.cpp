@@ -1,4 +1,4 @@
-// Windows metafiles, drawn by GDI at the load resolution on a white ground: enhanced, placeable and plain ones, and those that
+// Windows metafiles, drawn by GDI at the load resolution or load size on a white ground: enhanced, placeable and plain ones, and those that
 // are packed with gzip. GDI trusts what it plays, so the chain of records is checked before.
 #include <windows.h>
 
@@ -23,6 +23,7 @@ constexpr size_t kEmfHeaderBytes = 88;
 constexpr uint32_t kEmfSignature = 0x464D4520;  // " EMF"
 constexpr uint32_t kEndOfEmf = 14;
 constexpr double kDefaultInches = 4.0;  // of a plain metafile, which does not tell its size
+constexpr int32_t kScreenDpi = 96;      // what drawings are shown at that are to come in their own size
 
 // --- State ---
 
@@ -160,10 +161,14 @@ int32_t OpenMetafile(ByteSource& source, const LoadRequest& request, Opened& ope
 }
 
 int32_t Describe(const Opened& opened, const LoadRequest& request, ImageHeader& header) {
-  const auto pixels = [](double inches, int32_t dpi) {
+  const auto pixels = [](int32_t given, double inches, int32_t dpi) -> int64_t {
+    if (given > 0) return given;
     return static_cast<int64_t>(std::clamp(inches * dpi, 0.0, 1e9) + 0.5);
   };
-  const int64_t width = pixels(opened.widthInches, request.xDpi), height = pixels(opened.heightInches, request.yDpi);
+  const int32_t xDpi = request.xDpi > 0 ? request.xDpi : kScreenDpi;
+  const int32_t yDpi = request.yDpi > 0 ? request.yDpi : kScreenDpi;
+  const int64_t width = pixels(request.loadSize.width, opened.widthInches, xDpi);
+  const int64_t height = pixels(request.loadSize.height, opened.heightInches, yDpi);
   const int32_t result = request.limits.CheckImage(width, height, 32);
   if (result != SUCCESS) return result;
   header.format = opened.format;
@@ -171,8 +176,8 @@ int32_t Describe(const Opened& opened, const LoadRequest& request, ImageHeader& 
   header.height = static_cast<int32_t>(height);
   header.layout = Layout::kBgr24;
   header.compression = opened.format == FMT_WMZ ? "Deflate" : "None";
-  header.xResolution = request.xDpi;
-  header.yResolution = request.yDpi;
+  header.xResolution = xDpi;
+  header.yResolution = yDpi;
   return SUCCESS;
 }
 
