@@ -84,9 +84,7 @@ class ConversionDialog : public ::testing::Test {
   }
   // Presses Convert and waits for the end of the run.
   static void ConvertAndWait(HWND dialog) {
-    Click(dialog, IDB_CONV_CONVERT);
-    WaitUntil([dialog] { return !::IsWindowEnabled(dialog); }, "the run has begun");
-    WaitUntilIdle(dialog);
+    ClickAndWait(dialog, IDB_CONV_CONVERT);
   }
 
   // The one button of a message box has either number, by the system's version.

@@ -145,9 +145,9 @@ TEST_F(ConversionStart, TheCloseBoxLeavesTheRecordAsItWas) {
 TEST_F(ConversionStart, EnterConverts) {
   AddPicture(L"one.bmp");
   Offer({kPng});
-  RunAndClose([](HWND dialog) {
+  RunAndClose([this](HWND dialog) {
     PressKey(dialog, VK_RETURN);
-    WaitUntil([dialog] { return !::IsWindowEnabled(dialog); }, "the run has begun");
+    WaitUntil([this] { return !Outputs().empty(); }, "the run has written");
     WaitUntilIdle(dialog);
   });
   EXPECT_EQ(std::vector<std::wstring>{L"one.png"}, Outputs());

@@ -62,6 +62,7 @@ class IccDialog : public testing::Test {
     Click(box, FindControl(box, IDOK) ? IDOK : IDCANCEL);
     WaitUntilClosed(box);
     WaitUntil([dialog] { return ::IsWindowEnabled(dialog); }, "the dialog can be used again");
+    WaitUntilAnswering(dialog);
     return message;
   }
 

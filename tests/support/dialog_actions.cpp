@@ -68,11 +68,17 @@ void Click(HWND dialog, int controlId) {
   ::PostMessageW(button, BM_CLICK, 0, 0);
 }
 
+void ClickAndWait(HWND dialog, int controlId) {
+  const HWND button = Control(dialog, controlId);
+  WaitUntilEnabled(button, controlId);
+  Send(button, BM_CLICK);
+}
+
+void WaitUntilAnswering(HWND window) { Send(window, WM_NULL); }
+
 void Check(HWND dialog, int controlId, bool checked) {
   if (IsChecked(dialog, controlId) != checked) {
-    const HWND button = Control(dialog, controlId);
-    WaitUntilEnabled(button, controlId);
-    Send(button, BM_CLICK);
+    ClickAndWait(dialog, controlId);
   }
 }
 

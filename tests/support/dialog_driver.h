@@ -68,6 +68,10 @@ RECT RectIn(HWND dialog, int controlId);
 
 // Presses a button. Does not wait for what the button does.
 void Click(HWND dialog, int controlId);
+// Presses a button and waits until all that it does is done, however long within kPatience and however short.
+void ClickAndWait(HWND dialog, int controlId);
+// Waits until the window's thread has ended the handler that it is in, and answers messages again.
+void WaitUntilAnswering(HWND window);
 void Check(HWND dialog, int controlId, bool checked);
 // Sends a command as a menu, a toolbar or an accelerator does.
 void Command(HWND dialog, int commandId);
