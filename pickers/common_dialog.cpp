@@ -14,6 +14,14 @@ HWND FileNameBox(HWND outer) {
   return combo ? combo : ::GetDlgItem(outer, kShellNameEdit);
 }
 
+CString WindowText(HWND window) {
+  CString text;
+  const int length = ::GetWindowTextLengthW(window);
+  ::GetWindowTextW(window, text.GetBuffer(length), length + 1);
+  text.ReleaseBuffer();
+  return text;
+}
+
 RECT RectInside(HWND outer, HWND control) {
   RECT rect = {};
   if (::GetWindowRect(control, &rect)) {

@@ -17,11 +17,15 @@ inline constexpr int kShellNameCombo = 1148;
 
 // Pixels right of the buttons and the list, and between boxes and buttons.
 inline constexpr int kPickerMargin = 15;
+// Pixels below the bar of places.
+inline constexpr int kPlacesBelow = 10;
 
 // The shell's list of files, once the shell has made it; null before.
 HWND ShellView(HWND outer);
 // The name box: a combo box where the system remembers names, an edit (1152) where it does not.
 HWND FileNameBox(HWND outer);
+// All of it, however long.
+CString WindowText(HWND window);
 // Null when there is no such control.
 RECT RectInside(HWND outer, HWND control);
 void MoveInside(HWND control, const RECT& rect);

@@ -5,6 +5,7 @@
 #include "include/zvfiledlg.h"
 #include "pickers/common_dialog.h"
 #include "pickers/load_settings_guard.h"
+#include "pickers/navigating_mark.h"
 #include "pickers/open_rules.h"
 #include "pickers/picker_position.h"
 #include "platform/afx.h"
@@ -22,15 +23,19 @@ namespace {
 constexpr uint32_t kHelpNumber = 1;
 constexpr UINT kPageDigits = 6;
 constexpr wchar_t kSettingsSection[] = L"CZVOpenDlg Settings";
+constexpr wchar_t kPaneSetting[] = L"Preview";
 // The rows below the list move down by this much more when there is no Help button, in pixels.
 constexpr int kShiftWithoutHelp = 10;
 constexpr UINT_PTR kOuterSubclassId = 2;
+// Asks for the settings section to be opened. Posted to the platform's dialog, which hands it to the hook.
+constexpr UINT kOpenSettings = 0x8014;
 
 // What only the platform's dialog hears of, but concerns the hook's map as well.
 LRESULT CALLBACK ForwardOuterMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                       DWORD_PTR hook) {
   const LRESULT result = ::DefSubclassProc(window, message, wParam, lParam);
-  if (message == WM_GETMINMAXINFO || message == WM_ACTIVATE || message == WM_PALETTECHANGED) {
+  if (message == WM_GETMINMAXINFO || message == WM_ACTIVATE || message == WM_PALETTECHANGED ||
+      message == kOpenSettings) {
     ::SendMessageW(reinterpret_cast<HWND>(hook), message, wParam, lParam);
   } else if (message == WM_NCDESTROY) {
     ::RemoveWindowSubclass(window, ForwardOuterMessages, kOuterSubclassId);
@@ -38,12 +43,9 @@ LRESULT CALLBACK ForwardOuterMessages(HWND window, UINT message, WPARAM wParam, 
   return result;
 }
 
-bool IsOldStyleShellHere() {
-  const DWORD version = ::GetVersion();
-  return IsOldStyleShell(LOBYTE(LOWORD(version)), HIBYTE(LOWORD(version)));
-}
-
 }  // namespace
+
+IMPLEMENT_DYNAMIC(CZVOpenDlg, CFileDialog)
 
 BEGIN_MESSAGE_MAP(CZVOpenDlg, CFileDialog)
   ON_WM_HELPINFO()
@@ -64,12 +66,15 @@ BEGIN_MESSAGE_MAP(CZVOpenDlg, CFileDialog)
   ON_WM_LBUTTONDOWN()
   ON_WM_LBUTTONUP()
   ON_WM_MOUSEMOVE()
+  ON_NOTIFY(ZVSBN_ITEMCLICKED, IDC_OPEN_PLACES, OnPlaceChosen)
+  ON_MESSAGE(kOpenSettings, OnOpenSettings)
   ON_MESSAGE(kLayOutAgain, OnLayOutAgain)
 END_MESSAGE_MAP()
 
 CZVOpenDlg::CZVOpenDlg(CWnd* parent, UINT viewCommand)
     : CFileDialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_ENABLETEMPLATE, nullptr, parent),
       viewCommand_(viewCommand),
+      system_(SystemVersionOf(::GetVersion())),
       status_(SUCCESS) {
   pane_.dialog = this;
   viewers_.AddViewer(rasterViewer_);
@@ -95,7 +100,7 @@ int32_t CZVOpenDlg::PickFiles(OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS& pa
 
 void CZVOpenDlg::PrepareCallerRecord(OPENFILENAMEW& caller) const {
   caller.lpstrFilter = ChooseOpenFilter(caller.lpstrFilter, params_->flags);
-  caller.lpTemplateName = MAKEINTRESOURCEW(IsOldStyleShellHere() ? IDD_OPEN_OLD_SHELL : IDD_OPEN);
+  caller.lpTemplateName = MAKEINTRESOURCEW(HasOldStyleShell() ? IDD_OPEN_OLD_SHELL : IDD_OPEN);
   caller.Flags = OpenDialogFlags(caller.Flags, params_->flags, params_->helpCallback != nullptr);
   caller.nMaxFile = SelectionLengthFor(caller.nMaxFile);
 }
@@ -103,7 +108,8 @@ void CZVOpenDlg::PrepareCallerRecord(OPENFILENAMEW& caller) const {
 void CZVOpenDlg::PrepareDialog(const OPENFILENAMEW& caller) {
   selection_.assign(caller.nMaxFile, L'\0');
   if (caller.lpstrFile) {
-    ::lstrcpynW(selection_.data(), caller.lpstrFile, static_cast<int>(selection_.size()));
+    const std::wstring_view first(caller.lpstrFile);
+    first.substr(0, selection_.size() - 1).copy(selection_.data(), selection_.size() - 1);
   }
   m_ofn.lpstrFile = selection_.data();
   m_ofn.nMaxFile = caller.nMaxFile;
@@ -122,7 +128,7 @@ void CZVOpenDlg::PrepareDialog(const OPENFILENAMEW& caller) {
   m_ofn.nFileExtension = caller.nFileExtension;
   m_ofn.nFilterIndex = caller.nFilterIndex;
   m_ofn.lpstrInitialDir = caller.lpstrInitialDir;
-  m_ofn.FlagsEx = IsOldStyleShellHere() ? OFN_EX_NOPLACESBAR : 0;
+  m_ofn.FlagsEx = HasOldStyleShell() ? OFN_EX_NOPLACESBAR : 0;
 }
 
 // The shell makes its view some time after the dialog is up, and tells nobody: every message is an occasion to look.
@@ -135,16 +141,26 @@ BOOL CZVOpenDlg::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* r
 
 bool CZVOpenDlg::OnShellViewReady() {
   const HWND outer = Outer();
-  const HWND view = outer ? ::FindWindowExW(outer, nullptr, L"SHELLDLL_DefView", nullptr) : nullptr;
+  // Some shells have their view before the dialog knows what it is to show.
+  const HWND view = initDone_ ? ShellView(outer) : nullptr;
   if (!view) {
     return false;
   }
   // Set before anything below sends a message here.
   shellViewSeen_ = true;
   if (viewCommand_ != 0) {
-    ::PostMessageW(view, WM_COMMAND, viewCommand_, 0);
+    ::SendMessageW(view, WM_COMMAND, viewCommand_, 0);
   }
   ApplyDialogFont(outer);
+  WidenPageLabel();
+  if (HasOldStyleShell()) {
+    CreatePlacesBar();
+  }
+  firstViewSize_ = ShellRect(view).Size();
+  if (const CWinApp* const application = AfxGetApp()) {
+    settingsPaneShown_ = application->GetProfileInt(kSettingsSection, kPaneSetting, previewShown_) != 0;
+  }
+  ::PostMessageW(outer, kOpenSettings, 0, 0);
   return true;
 }
 
@@ -165,13 +181,15 @@ BOOL CZVOpenDlg::OnInitDialog() {
   pageEdit_.SetLimitText(kPageDigits);
   ShowPage(currentPage_);
   loadOptionsSwitch_.SetCheck(params_->showLoadOptions ? BST_CHECKED : BST_UNCHECKED);
-  return TRUE;
+  // The focus stays where the platform puts it.
+  return FALSE;
 }
 
 void CZVOpenDlg::OnInitDone() {
   const HWND outer = Outer();
   PositionDialogWindow(outer, StoredPickerPosition(PickerFamily::kOpen));
   AddToolBarButtons();
+  ::PostMessageW(outer, kOpenSettings, 0, 0);
   firstFolderChange_ = true;
   CentreWithoutOwner();
   CRect frame, hook;
@@ -186,6 +204,7 @@ void CZVOpenDlg::OnInitDone() {
   CFileDialog::OnInitDone();
   GetClientRect(hook);
   lastClientSize_ = hook.Size();
+  initDone_ = true;
 }
 
 void CZVOpenDlg::ApplyFlags() {
@@ -247,21 +266,32 @@ void CZVOpenDlg::SetTexts() {
   SetControlString(m_hWnd, IDX_OPEN_LOAD_OPTIONS, IDS_OPEN_SHOW_LOAD_OPTIONS);
 }
 
+// The label may take the room up to its box when its text asks for it.
+void CZVOpenDlg::WidenPageLabel() {
+  const HWND label = ::GetDlgItem(m_hWnd, IDT_OPEN_PAGE);
+  const unique_window_dc device(label);
+  const dc_selection selected(device.get(), reinterpret_cast<HFONT>(::SendMessageW(label, WM_GETFONT, 0, 0)));
+  CRect text;
+  ::DrawTextW(device.get(), WindowText(label), -1, text, DT_CALCRECT | DT_SINGLELINE);
+  CRect area = RectInside(m_hWnd, label);
+  const LONG box = RectInside(m_hWnd, ::GetDlgItem(m_hWnd, IDE_OPEN_PAGE)).left;
+  area.right = std::clamp(area.left + text.Width(), area.right, std::max(area.right, box));
+  MoveInside(label, area);
+}
+
 void CZVOpenDlg::DeriveDefaultExtension() {
-  const LRESULT row = ::SendDlgItemMessageW(::GetParent(m_hWnd), kShellTypeCombo, CB_GETCURSEL, 0, 0);
-  defaultExtension_ = DefaultExtension(m_ofn.lpstrFilter, static_cast<uint32_t>(row + 1), defaultExtension_);
-  const std::string narrow(defaultExtension_.begin(), defaultExtension_.end());
-  SetDefExt(narrow.c_str());
+  const LRESULT row = ::SendDlgItemMessageW(Outer(), kShellTypeCombo, CB_GETCURSEL, 0, 0);
+  if (const auto extension = DefaultExtension(m_ofn.lpstrFilter, static_cast<uint32_t>(row + 1))) {
+    defaultExtension_ = *extension;
+    SetDefExt(extension->empty() ? nullptr : extension->c_str());
+  }
 }
 
 void CZVOpenDlg::OnTypeChange() {
   DeriveDefaultExtension();
   // The shell looks at the extension again when the name changes.
-  const HWND box = FileNameBox(::GetParent(m_hWnd));
-  CString name;
-  ::GetWindowTextW(box, name.GetBuffer(MAX_PATH), MAX_PATH);
-  name.ReleaseBuffer();
-  ::SetWindowTextW(box, name);
+  const HWND box = FileNameBox(Outer());
+  ::SetWindowTextW(box, WindowText(box));
 }
 
 BOOL CZVOpenDlg::OnFileNameOK() {
@@ -314,10 +344,19 @@ void CZVOpenDlg::OnHelp() {
   }
 }
 
+LRESULT CZVOpenDlg::OnOpenSettings(WPARAM, LPARAM) {
+  if (CWinApp* const application = AfxGetApp()) {
+    const unique_hkey section(application->GetSectionKey(kSettingsSection));
+  }
+  return 0;
+}
+
 void CZVOpenDlg::OnDestroy() {
   if (CWinApp* const application = AfxGetApp()) {
-    application->WriteProfileInt(kSettingsSection, L"Preview", previewShown_);
+    application->WriteProfileInt(kSettingsSection, kPaneSetting, previewShown_);
     application->WriteProfileInt(kSettingsSection, L"Preview Window Offset", 0);
   }
+  // A journey that found no folder must not reach the next dialog.
+  navigatingThroughNameBox = false;
   CFileDialog::OnDestroy();
 }

@@ -8,16 +8,21 @@
 #include <vector>
 
 #include "include/zvfiledlg_open.h"
+#include "pickers/open_rules.h"
 #include "pickers/opened_files.h"
 #include "platform/button.h"
 #include "platform/file_dialog.h"
+#include "platform/image_list.h"
 #include "preview/preview_producer.h"
 #include "preview/preview_wnd.h"
 #include "preview/raster_file_viewer.h"
 #include "preview/viewer_list.h"
 #include "services/zvdlgwidgets/edit_ctrl.h"
+#include "services/zvdlgwidgets/shortcut_bar.h"
 
 class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink {
+  DECLARE_DYNAMIC(CZVOpenDlg)
+
  public:
   // viewCommand shows the file list as the caller wants it; 0 leaves the shell's choice.
   CZVOpenDlg(CWnd* parent, UINT viewCommand);
@@ -62,19 +67,23 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   afx_msg void OnLButtonDown(UINT keys, CPoint point);
   afx_msg void OnLButtonUp(UINT keys, CPoint point);
   afx_msg void OnMouseMove(UINT keys, CPoint point);
+  afx_msg LRESULT OnOpenSettings(WPARAM, LPARAM);
   afx_msg LRESULT OnLayOutAgain(WPARAM, LPARAM);
+  afx_msg void OnPlaceChosen(NMHDR* header, LRESULT* result);
   DECLARE_MESSAGE_MAP()
 
  private:
-  static constexpr UINT kLayOutAgain = 0x8014;  // a message to itself
+  static constexpr UINT kLayOutAgain = 0x8015;  // a message to itself
 
   // open_dlg.cpp
   void PrepareCallerRecord(OPENFILENAMEW& caller) const;
   void PrepareDialog(const OPENFILENAMEW& caller);
+  bool HasOldStyleShell() const { return IsOldStyleShell(system_); }
   void CentreWithoutOwner();
   void ApplyFlags();
   void ApplyHelpStyle();
   void SetTexts();
+  void WidenPageLabel();
   void DeriveDefaultExtension();
   std::vector<std::wstring> ChosenPaths() const;
   HWND Outer() const { return ::GetParent(m_hWnd); }
@@ -101,11 +110,20 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   // open_dlg_layout.cpp
   void LayOut();
   void ShiftRows();
-  void RegrowView();
+  void KeepOwnRowClear(LONG bottomOfRows);
   void LayOutRows(const CRect& client);
   CRect ClientRect() const;
   CRect ShellRect(HWND control) const;
   void MoveShellControl(HWND control, const CRect& rect) const;
+  CRect AlignRight(HWND control, int right) const;
+  void EndAt(HWND control, int right) const;
+  void LayOutTopRow(const CRect& client);
+
+  // open_dlg_places.cpp
+  void CreatePlacesBar();
+  void GoToFolder(int specialFolder);
+  void TypeFolder(LPCWSTR path);
+  void FinishNavigation();
 
   // open_dlg_toolbar.cpp
   void AddToolBarButtons();
@@ -115,6 +133,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
 
   OPENFILEDLGPARAMS* params_ = nullptr;
   UINT viewCommand_;
+  const SystemVersion system_;
   std::wstring selection_;  // the buffer behind m_ofn.lpstrFile
   std::wstring defaultExtension_;
   int32_t status_;
@@ -126,6 +145,11 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   CButton deleteButton_;
   std::vector<int> shellCommands_;  // of the tool bar as the shell made it
   HWND toolBar_ = nullptr;
+  bool flatToolBar_ = true;
+  CImageList placeImages_;
+  CZVShortcutBar places_;
+  int placeGroup_ = -1;
+  CString savedFileNameText_;  // while the name box holds the path of a place
 
   std::wstring currentPath_;
   int32_t currentPage_ = 1;
@@ -133,7 +157,11 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   bool previewAvailable_ = false;
   bool fileInfoAvailable_ = false;
   bool firstFolderChange_ = false;
+  bool initDone_ = false;
   bool shellViewSeen_ = false;
+  CSize firstViewSize_;
+  // What the last dialog left in the settings. It is looked up and no more: the record alone opens the pane.
+  bool settingsPaneShown_ = false;
 
   PreviewProducer producer_{*this};
   ViewerList viewers_{*this};
@@ -145,7 +173,6 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   bool initialPaneOpen_ = true;
   int rowShift_ = 0;  // pixels
   bool rowsShifted_ = false;
-  HWND grownView_ = nullptr;
   CRect paneRect_, splitterRect_;
   CSize lastClientSize_;
   bool dragActive_ = false;

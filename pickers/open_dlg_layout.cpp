@@ -1,11 +1,15 @@
 // Where the platform's controls, ours and the places stand.
+#include <algorithm>
+
 #include "pickers/common_dialog.h"
 #include "pickers/open_dlg.h"
+#include "resources/picker_ids.h"
 
 namespace {
 
-constexpr int kFirstShift = 25;  // pixels
-constexpr int kViewAboveOk = 6;  // pixels
+constexpr int kFirstShift = 25;     // pixels
+constexpr int kViewAboveOk = 6;     // pixels
+constexpr int kGapAboveOwnRow = 5;  // pixels, at least
 constexpr int kShiftedControls[] = {kShellHelp,      IDOK,           IDCANCEL, kShellTypeCombo, kShellTypeLabel,
                                     kShellNameCombo, kShellNameLabel};
 
@@ -39,77 +43,105 @@ void CZVOpenDlg::LayOut() {
     return;
   }
   ShiftRows();
-  RegrowView();
-  LayOutRows(ClientRect());
+  const CRect client = ClientRect();
+  LayOutRows(client);
   PlacePane(0);
+  LayOutTopRow(client);
 }
 
-// Once: the rows below the list move down into the room that the template leaves.
+// Once: the rows below the list move down into the room that the template leaves. The shell makes its view anew in each folder,
+// where its place holder stands; so that one grows with the view.
 void CZVOpenDlg::ShiftRows() {
   if (rowsShifted_) {
     return;
   }
   rowsShifted_ = true;
   rowShift_ += kFirstShift;
-  CRect rect;
+  for (const HWND list : {ShellView(Outer()), ::GetDlgItem(Outer(), kShellList)}) {
+    CRect rect = ShellRect(list);
+    rect.bottom += rowShift_;
+    MoveShellControl(list, rect);
+  }
+  LONG lowest = 0;
   for (const int id : kShiftedControls) {
     const HWND control = id == kShellNameCombo ? FileNameBox(Outer()) : ::GetDlgItem(Outer(), id);
-    if (control) {
-      rect = ShellRect(control);
-      rect.top += rowShift_;
-      rect.bottom += rowShift_;
-      MoveShellControl(control, rect);
+    CRect rect = ShellRect(control);
+    rect.OffsetRect(0, rowShift_);
+    MoveShellControl(control, rect);
+    if (::GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) {
+      lowest = std::max(lowest, rect.bottom);
     }
+  }
+  KeepOwnRowClear(lowest);
+}
+
+// Some systems leave less room than the template asks for; the shell's rows would cover ours.
+void CZVOpenDlg::KeepOwnRowClear(LONG bottomOfRows) {
+  const LONG covered = bottomOfRows + kGapAboveOwnRow - ShellRect(::GetDlgItem(m_hWnd, IDB_OPEN_DELETE_PAGE)).top;
+  if (covered <= 0) {
+    return;
+  }
+  for (const int id : {IDX_OPEN_LOAD_OPTIONS, IDT_OPEN_PAGE, IDE_OPEN_PAGE, IDB_OPEN_DELETE_PAGE}) {
+    const HWND control = ::GetDlgItem(m_hWnd, id);
+    CRect rect = ShellRect(control);
+    rect.OffsetRect(0, covered);
+    MoveInside(control, rect);
   }
 }
 
-// A view that the shell has made anew knows nothing of the rows that have moved down.
-void CZVOpenDlg::RegrowView() {
-  const HWND view = ShellView(Outer());
-  if (view == grownView_) {
-    return;
-  }
-  grownView_ = view;
-  CRect rect = ShellRect(view);
-  if (rect.bottom + rowShift_ <= ShellRect(::GetDlgItem(Outer(), IDOK)).top) {
-    rect.bottom += rowShift_;
-    MoveShellControl(view, rect);
-  }
+// Keeps its width. A control that this dialog lacks is left alone.
+CRect CZVOpenDlg::AlignRight(HWND control, int right) const {
+  CRect rect = ShellRect(control);
+  rect.OffsetRect(right - rect.right, 0);
+  MoveShellControl(control, rect);
+  return rect;
+}
+
+void CZVOpenDlg::EndAt(HWND control, int right) const {
+  CRect rect = ShellRect(control);
+  rect.right = right;
+  MoveShellControl(control, rect);
 }
 
 void CZVOpenDlg::LayOutRows(const CRect& client) {
   const HWND outer = Outer();
-  const auto alignRight = [&](HWND control) {
-    CRect rect = ShellRect(control);
-    const int width = rect.Width();
-    rect.right = client.right - kPickerMargin;
-    rect.left = rect.right - width;
-    MoveShellControl(control, rect);
-    return rect;
-  };
-  const auto endAt = [&](HWND control, int right) {
-    CRect rect = ShellRect(control);
-    rect.right = right;
-    MoveShellControl(control, rect);
-  };
-  const CRect ok = alignRight(::GetDlgItem(outer, IDOK));
+  const int right = client.right - kPickerMargin;
+  if (places_.GetSafeHwnd()) {
+    CRect bar = RectInside(m_hWnd, places_);
+    bar.bottom = client.bottom - kPlacesBelow;
+    places_.MoveWindow(bar);
+  }
+  const CRect ok = AlignRight(::GetDlgItem(outer, IDOK), right);
   if (const HWND help = ::GetDlgItem(outer, kShellHelp)) {
     CRect rect = ShellRect(help);
     rect.left = ok.left;
     rect.right = ok.right;
     MoveShellControl(help, rect);
   }
-  endAt(FileNameBox(outer), ok.left - kPickerMargin);
-  const CRect cancel = alignRight(::GetDlgItem(outer, IDCANCEL));
-  endAt(::GetDlgItem(outer, kShellTypeCombo), cancel.left - kPickerMargin);
-  if (!(m_ofn.Flags & OFN_ENABLESIZING)) {
+  EndAt(FileNameBox(outer), ok.left - kPickerMargin);
+  const CRect cancel = AlignRight(::GetDlgItem(outer, IDCANCEL), right);
+  EndAt(::GetDlgItem(outer, kShellTypeCombo), cancel.left - kPickerMargin);
+  if (LayoutEndsList(m_ofn.Flags, system_)) {
     const HWND view = ShellView(outer);
     CRect rect = ShellRect(view);
     rect.bottom = ok.top - kViewAboveOk;
     MoveShellControl(view, rect);
   }
-  if (toolBar_) {
-    const CRect bar = alignRight(toolBar_);
-    endAt(::GetDlgItem(outer, kShellFolderCombo), bar.left);
+}
+
+void CZVOpenDlg::LayOutTopRow(const CRect& client) {
+  const HWND outer = Outer();
+  const HWND label = ::GetDlgItem(outer, kShellLookInLabel);
+  const HWND folders = ::GetDlgItem(outer, kShellFolderCombo);
+  CRect folderRect = ShellRect(folders);
+  if (HasOldStyleShell() && label) {
+    CRect rect = ShellRect(label);
+    rect.OffsetRect(ShellRect(ShellView(outer)).left - rect.left, 0);
+    MoveShellControl(label, rect);
+    folderRect.left = rect.right;
   }
+  if (toolBar_) {
+    folderRect.right = AlignRight(toolBar_, client.right - kPickerMargin).left;
+  }
+  MoveShellControl(folders, folderRect);
 }

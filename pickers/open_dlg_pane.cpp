@@ -62,6 +62,7 @@ void CZVOpenDlg::OnFileNameChange() {
 
 void CZVOpenDlg::OnFolderChange() {
   CFileDialog::OnFolderChange();
+  FinishNavigation();
   currentPage_ = std::max(currentPage_, 1);
   if (firstFolderChange_) {
     firstFolderChange_ = false;

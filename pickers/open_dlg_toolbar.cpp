@@ -33,6 +33,10 @@ HWND FindToolBar(HWND outer) {
   return bar;
 }
 
+void AddStyle(HWND window, LONG style) {
+  ::SetWindowLongW(window, GWL_STYLE, ::GetWindowLongW(window, GWL_STYLE) | style);
+}
+
 int ButtonCount(HWND toolBar) { return static_cast<int>(::SendMessageW(toolBar, TB_BUTTONCOUNT, 0, 0)); }
 
 }  // namespace
@@ -42,7 +46,7 @@ void CZVOpenDlg::AddToolBarButtons() {
   if (!toolBar_) {
     return;
   }
-  ::SetWindowLongW(toolBar_, GWL_STYLE, ::GetWindowLongW(toolBar_, GWL_STYLE) | TBSTYLE_CUSTOMERASE | TBSTYLE_FLAT);
+  AddStyle(toolBar_, TBSTYLE_LIST);
   for (int i = 0; i < ButtonCount(toolBar_); ++i) {
     const int command = CommandAt(toolBar_, i);
     shellCommands_.push_back(command);
@@ -55,13 +59,18 @@ void CZVOpenDlg::AddToolBarButtons() {
       ::SendMessageW(toolBar_, TB_SETBUTTONINFOW, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&info));
     }
   }
-  InsertToolBarButton(ID_OPEN_FILE_INFO, IDB_OPEN_ART_FILE_INFO, kAutoSize);
+  if (!HasOldStyleShell()) {
+    InsertToolBarButton(ID_OPEN_FILE_INFO, IDB_OPEN_ART_FILE_INFO, kAutoSize);
+  }
   InsertToolBarButton(ID_OPEN_PREVIEW, IDB_OPEN_ART_PREVIEW, BTNS_CHECK | kAutoSize);
   CRect frame = RectInside(Outer(), toolBar_);
   frame.right += kAddedWidth;
   MoveInside(toolBar_, frame);
   // Its commands come to us now; OnCommand passes on those that are the shell's.
   ::SendMessageW(toolBar_, TB_SETPARENT, reinterpret_cast<WPARAM>(m_hWnd), 0);
+  if (flatToolBar_) {
+    AddStyle(toolBar_, TBSTYLE_FLAT);
+  }
 }
 
 void CZVOpenDlg::InsertToolBarButton(int command, int bitmap, BYTE style) {
@@ -88,7 +97,7 @@ void CZVOpenDlg::RemoveUnusedButtons() {
     ::SendMessageW(toolBar_, TB_DELETEBUTTON, static_cast<WPARAM>(ButtonCount(toolBar_) - 1), 0);
     initialPaneOpen_ = false;
   }
-  if (!fileInfoAvailable_) {
+  if (!fileInfoAvailable_ && !HasOldStyleShell()) {
     ::SendMessageW(toolBar_, TB_DELETEBUTTON, static_cast<WPARAM>(ButtonCount(toolBar_) - 2), 0);
   }
 }

@@ -40,21 +40,26 @@ uint32_t SelectionLengthFor(uint32_t callerLength) {
   return callerLength >= MAX_PATH ? callerLength : kSelectionLength;
 }
 
-std::wstring DefaultExtension(const wchar_t* filter, uint32_t filterIndex, const std::wstring& current) {
-  if (!filter || filterIndex == 0) {
+std::optional<std::wstring> DefaultExtension(const wchar_t* filter, uint32_t filterIndex) {
+  if (!filter) {
     return L"";
   }
   const wchar_t* text = filter;
   std::wstring pattern;
-  for (uint32_t pair = 0; pair < filterIndex && *text; ++pair) {
+  for (uint32_t pair = 0; pair < filterIndex; ++pair) {
+    if (!*text) {
+      return std::nullopt;
+    }
     text += std::wstring_view(text).size() + 1;
     pattern = text;
     text += pattern.size() + 1;
   }
-  if (pattern == L"*.*") {
-    return current;
+  if (filterIndex == 0 || pattern == L"*.*") {
+    return std::nullopt;
   }
-  return pattern.size() > 2 ? pattern.substr(2, 3) : L"";
+  constexpr size_t kBeforeExtension = 2;  // "*."
+  constexpr size_t kLongestExtension = 3;
+  return pattern.size() > kBeforeExtension ? pattern.substr(kBeforeExtension, kLongestExtension) : L"";
 }
 
 std::vector<std::wstring> ParseSelectionList(const wchar_t* list) {
@@ -93,7 +98,19 @@ std::vector<std::wstring> ParseQuotedSelection(const std::wstring& text) {
   return files;
 }
 
-bool IsOldStyleShell(DWORD majorVersion, DWORD minorVersion) {
-  const bool isVersion51 = majorVersion == 5 && minorVersion == 1;
-  return !isVersion51 && majorVersion != 6;
+SystemVersion SystemVersionOf(DWORD getVersionAnswer) {
+  constexpr DWORD kOlderFamily = 0x80000000;
+  const DWORD platform = getVersionAnswer & kOlderFamily ? VER_PLATFORM_WIN32_WINDOWS : VER_PLATFORM_WIN32_NT;
+  return {platform, LOBYTE(LOWORD(getVersionAnswer)), HIBYTE(LOWORD(getVersionAnswer))};
+}
+
+bool IsOldStyleShell(const SystemVersion& version) {
+  const bool isVersion51 = version.major == 5 && version.minor == 1;
+  return !isVersion51 && version.major != 6;
+}
+
+bool LayoutEndsList(DWORD openFileNameFlags, const SystemVersion& version) {
+  const bool isOldest = (version.platform == VER_PLATFORM_WIN32_NT && version.major < 5) ||
+                        (version.platform == VER_PLATFORM_WIN32_WINDOWS && version.major == 4 && version.minor == 0);
+  return !(openFileNameFlags & OFN_ENABLESIZING) || (isOldest && IsOldStyleShell(version));
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,9 @@ const wchar_t* ChooseOpenFilter(const wchar_t* callerFilter, uint32_t dialogFlag
 DWORD OpenDialogFlags(DWORD callerFlags, uint32_t dialogFlags, bool hasHelp);
 // Characters of the dialog's own file buffer for a caller's nMaxFile.
 uint32_t SelectionLengthFor(uint32_t callerLength);
-// The extension that the chosen pair of a filter stands for: the pattern's first, three characters at most. `current` when
-// the pattern is *.*, empty without a filter. filterIndex counts from 1.
-std::wstring DefaultExtension(const wchar_t* filter, uint32_t filterIndex, const std::wstring& current);
+// The extension that the chosen pair of a filter stands for: the pattern's first, three characters at most; empty without a
+// filter. Nothing when the one in force stays: the pattern is *.*, or there is no such pair. filterIndex counts from 1.
+std::optional<std::wstring> DefaultExtension(const wchar_t* filter, uint32_t filterIndex);
 
 // One or more null-ended strings, ended by an empty one. A single one is a file; else the first is a folder, and the others
 // are files in it, in their order.
@@ -27,5 +28,14 @@ std::vector<std::wstring> ParseSelectionList(const wchar_t* list);
 // A folder and quoted names, separated by blanks; without a quotation mark all of it is one file.
 std::vector<std::wstring> ParseQuotedSelection(const std::wstring& text);
 
+// A system by what GetVersion answers: platform 2 is the family that today's systems belong to, 1 the one before it.
+struct SystemVersion {
+  DWORD platform;
+  DWORD major;
+  DWORD minor;
+};
+SystemVersion SystemVersionOf(DWORD getVersionAnswer);
 // Systems whose shell brings no places bar of the right kind: neither 5.1 nor any of major version 6.
-bool IsOldStyleShell(DWORD majorVersion, DWORD minorVersion);
+bool IsOldStyleShell(const SystemVersion& version);
+// Whether the layout sets the bottom of the file list. A resizable dialog does so itself, but not on the oldest systems.
+bool LayoutEndsList(DWORD openFileNameFlags, const SystemVersion& version);

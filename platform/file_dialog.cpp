@@ -12,7 +12,6 @@ END_MESSAGE_MAP()
 namespace {
 
 constexpr UINT_PTR kOuterSubclassId = 1;
-constexpr WORD kHelpButton = 0x040E;  // pshHelp of dlgs.h
 
 // "Text|*.a|" becomes two strings with their terminators.
 CString SeparatedByNull(LPCTSTR filter) {
@@ -82,17 +81,13 @@ UINT_PTR CALLBACK CFileDialog::HookProcedure(HWND window, UINT message, WPARAM w
 }
 
 // F1 and the question mark on the system's own controls end at the system's dialog; they are meant for us. So is the
-// Help button, of which not every version of the system's dialog tells by CDN_HELP.
+// Help button, of which not every version of the system's dialog tells by CDN_HELP; taken here, it is told once by all.
 LRESULT CALLBACK CFileDialog::OuterProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                              DWORD_PTR data) {
   const auto* const dialog = reinterpret_cast<CFileDialog*>(data);
   if (message == WM_HELP && dialog->m_hWnd && dialog->FindMessageEntry(WM_HELP, 0, 0)) {
     return ::SendMessageW(dialog->m_hWnd, message, wParam, lParam);
   }
-  if (message == WM_COMMAND && wParam == MAKEWPARAM(kHelpButton, BN_CLICKED) && dialog->m_hWnd) {
-    return ::SendMessageW(dialog->m_hWnd, WM_COMMAND, ID_HELP, 0);
-  }
-  // Not every system reports its Help button to the hook; taken here, it is reported once everywhere.
   if (message == WM_COMMAND && wParam == MAKEWPARAM(pshHelp, BN_CLICKED) && dialog->m_hWnd) {
     return ::SendMessageW(dialog->m_hWnd, WM_COMMAND, ID_HELP, 0);
   }
@@ -202,6 +197,6 @@ void CFileDialog::HideControl(int id) {
   ::SendMessageW(::GetParent(m_hWnd), CDM_HIDECONTROL, static_cast<WPARAM>(id), 0);
 }
 
-void CFileDialog::SetDefExt(LPCSTR extension) {
+void CFileDialog::SetDefExt(LPCTSTR extension) {
   ::SendMessageW(::GetParent(m_hWnd), CDM_SETDEFEXT, 0, reinterpret_cast<LPARAM>(extension));
 }

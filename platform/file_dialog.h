@@ -41,7 +41,8 @@ class CFileDialog : public CDialog {
   // Controls of the system's dialog. Only while it is up.
   void SetControlText(int id, LPCTSTR text);
   void HideControl(int id);
-  void SetDefExt(LPCSTR extension);
+  // Null removes it.
+  void SetDefExt(LPCTSTR extension);
 
   OPENFILENAME m_ofn = {};
   OPENFILENAME* const m_pOFN = &m_ofn;

@@ -99,6 +99,8 @@ unique_hkey CWinApp::OpenSection(LPCWSTR section, bool create) const {
   return key;
 }
 
+HKEY CWinApp::GetSectionKey(LPCWSTR section) { return OpenSection(section, true).release(); }
+
 UINT CWinApp::GetProfileInt(LPCWSTR section, LPCWSTR entry, int defaultValue) const {
   const unique_hkey key = OpenSection(section, false);
   DWORD type = 0;

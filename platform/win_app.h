@@ -44,6 +44,8 @@ class CWinApp : public CWinThread {
   void SetRegistryKey(LPCWSTR registryKey) { registryKey_ = registryKey; }
   void SetProfileName(LPCWSTR profileName) { profileName_ = profileName; }
 
+  // The registry key of a section, made when it is not there; null without a registry key. The caller closes it.
+  HKEY GetSectionKey(LPCWSTR section);
   UINT GetProfileInt(LPCWSTR section, LPCWSTR entry, int defaultValue) const;
   BOOL WriteProfileInt(LPCWSTR section, LPCWSTR entry, int value);
   CString GetProfileString(LPCWSTR section, LPCWSTR entry, LPCWSTR defaultValue = nullptr) const;

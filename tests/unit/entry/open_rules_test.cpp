@@ -96,19 +96,19 @@ TEST(SelectionBuffer, IsTheCallersLengthFrom260OnAndLargeBelow) {
 }
 
 TEST(DefaultExtensionOfAFilter, IsTheStartOfThePatternsFirst) {
-  const wchar_t filter[] = L"All\0*.*\0JPEG\0*.jpg;*.jpeg\0PS\0*.ps\0";
-  EXPECT_EQ(L"jpg", DefaultExtension(filter, 2, L""));
-  EXPECT_EQ(L"ps", DefaultExtension(filter, 3, L"old"));
+  const wchar_t filter[] = L"All\0*.*\0JPEG\0*.jpg;*.jpeg\0PS\0*.ps\0TIFF\0*.tiff\0";
+  EXPECT_EQ(L"jpg", DefaultExtension(filter, 2));
+  EXPECT_EQ(L"ps", DefaultExtension(filter, 3));
+  EXPECT_EQ(L"tif", DefaultExtension(filter, 4)) << "three characters at most";
 }
 
-TEST(DefaultExtensionOfAFilter, StaysAsItIsForAllFiles) {
-  EXPECT_EQ(L"old", DefaultExtension(L"All\0*.*\0", 1, L"old"));
+TEST(DefaultExtensionOfAFilter, StaysAsItIsForAllFilesAndWithoutAChoice) {
+  EXPECT_EQ(std::nullopt, DefaultExtension(L"All\0*.*\0", 1));
+  EXPECT_EQ(std::nullopt, DefaultExtension(L"JPEG\0*.jpg\0", 0));
+  EXPECT_EQ(std::nullopt, DefaultExtension(L"JPEG\0*.jpg\0", 2)) << "there is no such pair";
 }
 
-TEST(DefaultExtensionOfAFilter, IsEmptyWithoutAFilterOrAChoice) {
-  EXPECT_EQ(L"", DefaultExtension(nullptr, 1, L"old"));
-  EXPECT_EQ(L"", DefaultExtension(L"JPEG\0*.jpg\0", 0, L"old"));
-}
+TEST(DefaultExtensionOfAFilter, IsRemovedWithoutAFilter) { EXPECT_EQ(L"", DefaultExtension(nullptr, 1)); }
 
 TEST(SelectionList, IsOneFileWhenItStandsAlone) {
   EXPECT_EQ((Paths{L"C:\\a\\b.jpg"}), ParseSelectionList(L"C:\\a\\b.jpg\0"));
@@ -136,14 +136,40 @@ TEST(QuotedSelection, EndsAtAnEmptyName) {
   EXPECT_EQ((Paths{L"C:\\one.jpg"}), ParseQuotedSelection(L"C:\\\"one.jpg\" \"\" \"two.jpg\""));
 }
 
+constexpr DWORD kNt = VER_PLATFORM_WIN32_NT;
+constexpr DWORD kOlderFamily = VER_PLATFORM_WIN32_WINDOWS;
+
 TEST(ShellGeneration, IsNewForVersion51AndMajor6Alone) {
-  EXPECT_FALSE(IsOldStyleShell(5, 1));
-  EXPECT_FALSE(IsOldStyleShell(6, 0));
-  EXPECT_FALSE(IsOldStyleShell(6, 2));
-  EXPECT_TRUE(IsOldStyleShell(5, 0));
-  EXPECT_TRUE(IsOldStyleShell(5, 2));
-  EXPECT_TRUE(IsOldStyleShell(4, 10));
-  EXPECT_TRUE(IsOldStyleShell(10, 0));
+  EXPECT_FALSE(IsOldStyleShell({kNt, 5, 1}));
+  EXPECT_FALSE(IsOldStyleShell({kNt, 6, 0}));
+  EXPECT_FALSE(IsOldStyleShell({kNt, 6, 2}));
+  EXPECT_TRUE(IsOldStyleShell({kNt, 5, 0}));
+  EXPECT_TRUE(IsOldStyleShell({kNt, 5, 2}));
+  EXPECT_TRUE(IsOldStyleShell({kOlderFamily, 4, 10}));
+  EXPECT_TRUE(IsOldStyleShell({kNt, 10, 0}));
+}
+
+TEST(ShellGeneration, IsReadFromTheSystemsAnswer) {
+  const SystemVersion seven = SystemVersionOf(0x1DB10106);
+  EXPECT_EQ(kNt, seven.platform);
+  EXPECT_EQ(6u, seven.major);
+  EXPECT_EQ(1u, seven.minor);
+  const SystemVersion older = SystemVersionOf(0xC0000A04);
+  EXPECT_EQ(kOlderFamily, older.platform);
+  EXPECT_EQ(4u, older.major);
+  EXPECT_EQ(10u, older.minor);
+}
+
+TEST(EndOfTheList, IsSetByTheLayoutUnlessTheDialogIsResizable) {
+  EXPECT_TRUE(LayoutEndsList(0, {kNt, 6, 1}));
+  EXPECT_FALSE(LayoutEndsList(OFN_ENABLESIZING, {kNt, 6, 1}));
+  EXPECT_FALSE(LayoutEndsList(OFN_ENABLESIZING, {kNt, 5, 2}));
+  EXPECT_FALSE(LayoutEndsList(OFN_ENABLESIZING, {kOlderFamily, 4, 10}));
+}
+
+TEST(EndOfTheList, IsAlwaysSetOnTheTwoOldestSystems) {
+  EXPECT_TRUE(LayoutEndsList(OFN_ENABLESIZING, {kNt, 4, 0}));
+  EXPECT_TRUE(LayoutEndsList(OFN_ENABLESIZING, {kOlderFamily, 4, 0}));
 }
 
 TEST(ViewMode, HasACommandForItsFourValuesOnly) {
