@@ -1,39 +1,22 @@
 // The two dialogs that make naming templates, opened from the conversion dialog.
-#include <windows.h>
+#include <ctime>
+#include <cwchar>
 
-#include <commctrl.h>
-
-#include "resources/naming_ids.h"
-#include "tests/dialogs/conversion_fixture.h"
+#include "tests/dialogs/naming_fixture.h"
 
 namespace {
 
 using namespace zvtest;
 
-class NamingDialogs : public ConversionDialog {
- protected:
-  // Opens the naming template dialog from the conversion dialog; the script must close it.
-  void WithNamingDialog(const std::function<void(HWND conversion, HWND naming)>& script) {
-    RunAndClose([&](HWND dialog) {
-      Click(dialog, IDB_CONV_NAMING);
-      script(dialog, WaitForDialogWith(IDE_NAMING_TEMPLATE));
-    });
-  }
-  void WithRenameDialog(const std::function<void(HWND conversion, HWND rename)>& script) {
-    params.overwriteMode = OVERWRITE_RENAME;
-    RunAndClose([&](HWND dialog) {
-      Click(dialog, IDB_CONV_CUSTOMIZE);
-      script(dialog, WaitForDialogWith(IDX_RENAME_PREFIX));
-    });
-  }
-
-  static void CloseWith(HWND dialog, int button) {
-    Click(dialog, button);
-    WaitUntilClosed(dialog);
-  }
-  static std::wstring Sample(HWND dialog, int row) { return ListViewText(dialog, IDL_NAMING_SAMPLES, row, 0); }
-  static std::wstring RenameSample(HWND dialog, int row) { return ListViewText(dialog, IDL_RENAME_SAMPLES, row, 0); }
-};
+// As the long date form has it.
+std::wstring Today() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  localtime_s(&local, &now);
+  wchar_t text[128] = L"";
+  std::wcsftime(text, 128, L"%A, %B %d, %Y", &local);
+  return text;
+}
 
 TEST_F(NamingDialogs, ShowsTheNext25NamesOfTheTemplate) {
   WithNamingDialog([](HWND, HWND naming) {
@@ -105,6 +88,27 @@ TEST_F(NamingDialogs, AppendsATagFromTheMenuAfterASpace) {
   });
 }
 
+TEST_F(NamingDialogs, StartsAnEmptyTemplateWithATagFromTheMenu) {
+  WithNamingDialog([](HWND, HWND naming) {
+    SetText(naming, IDE_NAMING_TEMPLATE, L"");
+    ::SendMessageW(naming, WM_COMMAND, ID_NAMING_TAG_DATE, 0);
+    EXPECT_EQ(L"<DATE>", TextOf(naming, IDE_NAMING_TEMPLATE));
+    const HWND edit = Control(naming, IDE_NAMING_TEMPLATE);
+    EXPECT_EQ(edit, FocusOf(naming));
+    EXPECT_EQ(MAKELONG(6, 6), ::SendMessageW(edit, EM_GETSEL, 0, 0)) << "the caret stands at the end";
+    CloseWith(naming, IDCANCEL);
+  });
+}
+
+TEST_F(NamingDialogs, TakesATagThatFillsTheTemplateToItsLastCharacter) {
+  WithNamingDialog([](HWND, HWND naming) {
+    SetText(naming, IDE_NAMING_TEMPLATE, std::wstring(94, L'x'));
+    ::SendMessageW(naming, WM_COMMAND, ID_NAMING_TAG_SRC, 0);
+    EXPECT_EQ(std::wstring(94, L'x') + L" <SRC>", TextOf(naming, IDE_NAMING_TEMPLATE));
+    CloseWith(naming, IDCANCEL);
+  });
+}
+
 TEST_F(NamingDialogs, LeavesATemplateAloneThatATagWouldMakeTooLong) {
   WithNamingDialog([](HWND, HWND naming) {
     const std::wstring text(97, L'x');
@@ -119,9 +123,13 @@ TEST_F(NamingDialogs, RefusesAnUnknownTagThoughTheSampleShowsIt) {
   WithNamingDialog([](HWND, HWND naming) {
     SetText(naming, IDE_NAMING_TEMPLATE, L"<FOO>");
     EXPECT_EQ(L"<FOO>", Sample(naming, 0));
+    ::PostMessageW(naming, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(naming, IDC_NAMING_TAG)), TRUE);
     Click(naming, IDOK);
-    Dismiss(WaitForMessageBox());
-    EXPECT_TRUE(::IsWindow(naming));
+    const HWND box = WaitForMessageBox();
+    EXPECT_EQ(KernelText(910), TextOf(box, 0xffff));
+    EXPECT_EQ(KernelText(911), TextOf(box));
+    Dismiss(box);
+    WaitUntil([naming] { return FocusOf(naming) == Control(naming, IDE_NAMING_TEMPLATE); }, "focus on the template");
     CloseWith(naming, IDCANCEL);
   });
 }
@@ -136,10 +144,14 @@ TEST_F(NamingDialogs, RefusesAnEmptyTemplate) {
   });
 }
 
-TEST_F(NamingDialogs, AcceptsADateAsPartOfAName) {
+// The day may change while the dialog is open.
+TEST_F(NamingDialogs, AcceptsTodaysDateAsPartOfAName) {
   WithNamingDialog([](HWND, HWND naming) {
+    const std::wstring before = Today();
     SetText(naming, IDE_NAMING_TEMPLATE, L"<DATE>");
-    EXPECT_FALSE(Sample(naming, 0).empty());
+    const std::wstring after = Today();
+    EXPECT_TRUE(Sample(naming, 0) == before || Sample(naming, 0) == after);
+    EXPECT_EQ(25, ListViewCount(naming, IDL_NAMING_SAMPLES));
     CloseWith(naming, IDOK);
   });
 }
@@ -148,13 +160,11 @@ TEST_F(NamingDialogs, KeepsTheTemplateOfOKAndForgetsThatOfCancel) {
   WithNamingDialog([](HWND conversion, HWND naming) {
     SetText(naming, IDE_NAMING_TEMPLATE, L"<SRC>_<NUM>");
     CloseWith(naming, IDOK);
-    Click(conversion, IDB_CONV_NAMING);
-    naming = WaitForDialogWith(IDE_NAMING_TEMPLATE);
+    naming = OpenNaming(conversion);
     EXPECT_EQ(L"<SRC>_<NUM>", TextOf(naming, IDE_NAMING_TEMPLATE));
     SetText(naming, IDE_NAMING_TEMPLATE, L"other");
     CloseWith(naming, IDCANCEL);
-    Click(conversion, IDB_CONV_NAMING);
-    naming = WaitForDialogWith(IDE_NAMING_TEMPLATE);
+    naming = OpenNaming(conversion);
     EXPECT_EQ(L"<SRC>_<NUM>", TextOf(naming, IDE_NAMING_TEMPLATE));
     SaveScreenshot(naming, L"naming_template");
     CloseWith(naming, IDCANCEL);
@@ -208,9 +218,39 @@ TEST_F(NamingDialogs, RenameOpensWithSuffixAgainAfterPrefixWasChosen) {
   WithRenameDialog([](HWND conversion, HWND rename) {
     Click(rename, IDX_RENAME_PREFIX);
     CloseWith(rename, IDOK);
-    Click(conversion, IDB_CONV_CUSTOMIZE);
-    rename = WaitForDialogWith(IDX_RENAME_PREFIX);
+    rename = OpenRename(conversion);
     EXPECT_TRUE(IsChecked(rename, IDX_RENAME_SUFFIX));
+    EXPECT_EQ(L"FileName0", RenameSample(rename, 0));
+    CloseWith(rename, IDCANCEL);
+  });
+}
+
+// The prefix of the first OK holds for a run; the next OK makes the template anew from what the dialog then shows.
+TEST_F(NamingDialogs, RenameOverwritesThePrefixFormWithTheSuffixFormWhenItIsOpenedAgain) {
+  AddPicture(L"one.bmp");
+  out.AddFile(L"one.jpg", {1});
+  WithRenameDialog([](HWND conversion, HWND rename) {
+    Click(rename, IDX_RENAME_PREFIX);
+    CloseWith(rename, IDOK);
+    Click(conversion, IDB_CONV_SELECT_ALL);
+    ConvertAndWait(conversion);
+    CloseWith(OpenRename(conversion), IDOK);
+    ConvertAndWait(conversion);
+  });
+  EXPECT_EQ((std::vector<std::wstring>{L"0one.jpg", L"one.jpg", L"one0.jpg"}), Outputs());
+}
+
+TEST_F(NamingDialogs, RenameRefusesANameThatTheMaskSpoilsAndLeavesTheFocus) {
+  WithRenameDialog([](HWND, HWND rename) {
+    SelectCombo(rename, IDC_RENAME_TAG, 1);
+    SetText(rename, IDE_RENAME_ALPHA_MASK, L"a:b");
+    EXPECT_EQ(L"FileNamea:ba", RenameSample(rename, 0));
+    Click(rename, IDOK);
+    const HWND box = WaitForMessageBox();
+    EXPECT_EQ(KernelText(910), TextOf(box, 0xffff));
+    EXPECT_EQ(KernelText(911), TextOf(box));
+    Dismiss(box);
+    EXPECT_NE(Control(rename, IDE_RENAME_ALPHA_MASK), FocusOf(rename));
     CloseWith(rename, IDCANCEL);
   });
 }
