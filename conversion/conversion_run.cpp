@@ -1,5 +1,6 @@
 #include "conversion/conversion_run.h"
 
+#include "conversion/clear_palette.h"
 #include "conversion/run_rules.h"
 #include "platform/file.h"
 #include "platform/scope_exit.h"
@@ -191,6 +192,12 @@ int32_t CZVConversionRun::ConvertFile(const CString& source, const CString& dest
 // A resize that succeeds makes good for a rotation that failed.
 int32_t CZVConversionRun::TransformBitmap(BITMAPHANDLE& bitmap) const {
   const CONVERSIONROTATEOPTIONS& rotate = settings_.rotate;
+  if (BlendsPixels(rotate, settings_.resize) && HasClearPalette(bitmap)) {
+    const int32_t unfolded = UnfoldClearPalette(bitmap);
+    if (unfolded != SUCCESS) {
+      return unfolded;
+    }
+  }
   int32_t result = ::RotateBitmap(&bitmap, rotate.angle, rotate.flags, rotate.fillColor);
   if (settings_.resize.enabled) {
     const PixelSize size = ResizedSize(settings_.resize, bitmap);

@@ -58,3 +58,10 @@ int32_t SizeMethod(int32_t method) {
     default: return SIZE_NEAREST;
   }
 }
+
+// A free angle brings in the fill colour even when it does not interpolate.
+bool BlendsPixels(const CONVERSIONROTATEOPTIONS& rotate, const CONVERSIONRESIZEOPTIONS& resize) {
+  constexpr int32_t kQuarterTurn = 9000;
+  const bool resamples = resize.enabled && SizeMethod(resize.method) != SIZE_NEAREST;
+  return resamples || rotate.angle % kQuarterTurn != 0;
+}

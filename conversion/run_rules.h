@@ -44,5 +44,7 @@ struct PixelSize {
 bool ExchangesSides(int32_t viewPerspective);
 // The size that the resize options give a bitmap, in pixels as shown.
 PixelSize ResizedSize(const CONVERSIONRESIZEOPTIONS& options, const BITMAPHANDLE& bitmap);
+// Whether the transforms make colours that the image did not have.
+bool BlendsPixels(const CONVERSIONROTATEOPTIONS& rotate, const CONVERSIONRESIZEOPTIONS& resize);
 // The SizeBitmap method for a method value of the resize options.
 int32_t SizeMethod(int32_t method);

@@ -112,8 +112,9 @@ struct Signature {
 
 // Codec capability bits.
 enum : uint32_t {
-  kMultiPageSave = 1u << 0,   // save honours kAppend, kReplace and kInsert; deletePage is there
-  kCostlyPageCount = 1u << 1  // pages are counted only when asked for
+  kMultiPageSave = 1u << 0,    // save honours kAppend, kReplace and kInsert; deletePage is there
+  kCostlyPageCount = 1u << 1,  // pages are counted only when asked for
+  kPaletteAlpha = 1u << 2      // save writes the alpha of palette entries; others get colours laid over white
 };
 
 // A row of the codec table. Every function but info and load may be null.

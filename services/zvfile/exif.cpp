@@ -2,6 +2,7 @@
 // block keeps every byte of the old one where it was, since maker notes count offsets from its start; changed directories are
 // put behind it.
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "services/zvfile/metadata.h"
@@ -9,7 +10,6 @@
 namespace zvfile {
 namespace {
 
-constexpr size_t kMaxBlock = 65527;  // a JPEG segment's 65533 bytes less "Exif\0\0"
 constexpr size_t kMaxText = 65536;
 
 enum Tag : uint16_t {
@@ -205,6 +205,14 @@ class Writer {
     }
   }
 
+  // A rational number without a fraction.
+  void SetWhole(std::vector<Entry>& entries, uint16_t tag, uint32_t value) {
+    const uint32_t offset = Append(std::array<uint8_t, 8>{});
+    Patch(offset, value, 4);
+    Patch(offset + uint64_t{4}, 1, 4);
+    Set(entries, tag, kRational, 1, offset);
+  }
+
   // Writes a directory, sorted as the format wants; gives its offset and the place of its link to the next one.
   uint32_t WriteDirectory(std::vector<Entry> entries, uint64_t& link) {
     std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.tag < b.tag; });
@@ -251,8 +259,7 @@ void PutComment(Writer& writer, std::vector<Entry>& entries, const CommentTag& k
 }
 
 // The sizes that the Exif directory tells of the image are brought up to date where they stand.
-void PatchPixelSize(Writer& writer, const Reader& reader, const std::vector<Entry>& entries, int32_t width,
-                    int32_t height) {
+void PatchPixelSize(Writer& writer, const Reader& reader, const std::vector<Entry>& entries, const ExifTarget& target) {
   const Entry* link = Find(entries, kTagExifDirectory);
   if (!link) return;
   const uint32_t offset = reader.Integer(*link);
@@ -264,7 +271,7 @@ void PatchPixelSize(Writer& writer, const Reader& reader, const std::vector<Entr
     const uint64_t at = offset + 2 + i * 12;
     writer.Patch(at + 2, kLong, 2);
     writer.Patch(at + 4, 1, 4);
-    writer.Patch(at + 8, static_cast<uint32_t>(isWidth ? width : height), 4);
+    writer.Patch(at + 8, static_cast<uint32_t>(isWidth ? target.width : target.height), 4);
   }
 }
 
@@ -277,8 +284,16 @@ std::span<const uint8_t> WithoutThumbnail(std::span<const uint8_t> block, std::s
   return start > lastDirectory && start + thumbnail.size() + kPadding >= block.size() ? block.first(start) : block;
 }
 
+void SetResolution(Writer& writer, std::vector<Entry>& entries, const ExifTarget& target) {
+  if (target.xResolution < 1 || target.yResolution < 1) return;
+  constexpr uint32_t kInches = 2;
+  writer.SetWhole(entries, kTagXResolution, static_cast<uint32_t>(target.xResolution));
+  writer.SetWhole(entries, kTagYResolution, static_cast<uint32_t>(target.yResolution));
+  writer.Set(entries, kTagResolutionUnit, kShort, 1, kInches);
+}
+
 std::vector<uint8_t> Build(std::span<const uint8_t> exif, const Comments& comments, std::span<const uint8_t> thumbnail,
-                           int32_t width, int32_t height) {
+                           const ExifTarget& target) {
   const Reader reader(exif);
   const bool usable = reader.Valid();
   uint32_t next = 0;
@@ -289,8 +304,9 @@ std::vector<uint8_t> Build(std::span<const uint8_t> exif, const Comments& commen
     kept = WithoutThumbnail(exif, ReadExif(exif).thumbnail, std::max(reader.FirstDirectory(), next));
   }
   Writer writer(kept, usable ? reader.Little() : true);
-  PatchPixelSize(writer, Reader(kept), entries, width, height);
+  PatchPixelSize(writer, Reader(kept), entries, target);
   writer.Set(entries, kTagOrientation, kShort, 1, VIEW_TOP_LEFT);
+  SetResolution(writer, entries, target);
   for (const CommentTag& kind : kCommentTags) {
     const std::string& text = comments[static_cast<size_t>(kind.comment)];
     if (!text.empty()) PutComment(writer, entries, kind, text);
@@ -299,8 +315,8 @@ std::vector<uint8_t> Build(std::span<const uint8_t> exif, const Comments& commen
     std::vector<Entry> details;
     constexpr uint8_t kVersion[] = {'0', '2', '3', '0'};
     writer.SetBytes(details, kTagExifVersion, kUndefined, kVersion);
-    writer.Set(details, kTagPixelWidth, kLong, 1, static_cast<uint32_t>(width));
-    writer.Set(details, kTagPixelHeight, kLong, 1, static_cast<uint32_t>(height));
+    writer.Set(details, kTagPixelWidth, kLong, 1, static_cast<uint32_t>(target.width));
+    writer.Set(details, kTagPixelHeight, kLong, 1, static_cast<uint32_t>(target.height));
     uint64_t unused = 0;
     writer.Set(entries, kTagExifDirectory, kLong, 1, writer.WriteDirectory(details, unused));
   }
@@ -355,10 +371,10 @@ ExifSummary ReadExif(std::span<const uint8_t> exif) {
 }
 
 std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments,
-                               std::span<const uint8_t> thumbnail, int32_t width, int32_t height) {
-  std::vector<uint8_t> block = Build(exif, comments, thumbnail, width, height);
-  if (block.size() > kMaxBlock && !thumbnail.empty()) block = Build(exif, comments, {}, width, height);
-  if (block.size() > kMaxBlock) block.clear();
+                               std::span<const uint8_t> thumbnail, const ExifTarget& target) {
+  std::vector<uint8_t> block = Build(exif, comments, thumbnail, target);
+  if (block.size() > target.maxBytes && !thumbnail.empty()) block = Build(exif, comments, {}, target);
+  if (block.size() > target.maxBytes) block.clear();
   return block;
 }
 

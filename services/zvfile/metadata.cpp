@@ -1,6 +1,7 @@
 #include "services/zvfile/metadata.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace zvfile {
 namespace {
@@ -48,6 +49,19 @@ int32_t AttachMetadata(BITMAPHANDLE& bitmap, const Metadata& metadata) {
     set(METADATA_COMMENT + i, text.data(), text.size());
   }
   return result;
+}
+
+// The property stands as an attribute, with either kind of quote, or as an element of its own.
+void MakeXmpUpright(std::vector<uint8_t>& xmp) {
+  constexpr std::string_view kProperty = "tiff:Orientation";
+  constexpr std::string_view kBetween = " \t\r\n=\"'>";
+  const std::string_view text(reinterpret_cast<const char*>(xmp.data()), xmp.size());
+  for (size_t at = text.find(kProperty); at != std::string_view::npos; at = text.find(kProperty, at + 1)) {
+    const size_t value = text.find_first_not_of(kBetween, at + kProperty.size());
+    if (value == std::string_view::npos) return;
+    const bool alone = value + 1 < text.size() && (text[value + 1] < '0' || text[value + 1] > '9');
+    if (text[value] >= '1' && text[value] <= '8' && alone) xmp[value] = '1';
+  }
 }
 
 }  // namespace zvfile

@@ -39,11 +39,20 @@ struct ExifSummary {
   Comments comments;
 };
 ExifSummary ReadExif(std::span<const uint8_t> exif);
-// An Exif block for an upright image of the given size: the old one's tags (exif may be empty) with orientation 1, the
-// comments put in or replaced, and the thumbnail, a JPEG stream, replaced, or dropped when it is empty. At most 65527 bytes, what
-// a JPEG segment holds: the thumbnail goes first, then everything (an empty block).
+// The upright image that an Exif block is to describe, and what its place can hold.
+struct ExifTarget {
+  int32_t width = 0, height = 0;
+  int32_t xResolution = 0, yResolution = 0;  // dots per inch; 0: what the block says stays
+  size_t maxBytes = kJpegExifBytes;
+  static constexpr size_t kJpegExifBytes = 65527;  // a JPEG segment's 65533 bytes less "Exif\0\0"
+};
+// The old block's tags (exif may be empty) with orientation 1, the target's size and resolution, the comments put in or
+// replaced, and the thumbnail, a JPEG stream, replaced, or dropped when it is empty. What is longer than the target can hold
+// loses the thumbnail first, then everything (an empty block).
 std::vector<uint8_t> BuildExif(std::span<const uint8_t> exif, const Comments& comments,
-                               std::span<const uint8_t> thumbnail, int32_t width, int32_t height);
+                               std::span<const uint8_t> thumbnail, const ExifTarget& target);
+// The orientation that an XMP packet gives the image (tiff:Orientation) becomes 1: the pixels are upright now.
+void MakeXmpUpright(std::vector<uint8_t>& xmp);
 
 // Whether an ICC profile is for grey (or colour) data and looks whole; a profile that is not is not written with it.
 bool ProfileFits(std::span<const uint8_t> profile, bool gray);

@@ -234,11 +234,32 @@ bool RowConverter::Possible(Layout from, Layout to) {
   return IsIndexed(from) && BitsPerPixel(from) <= BitsPerPixel(to);
 }
 
+bool TellsAlpha(const Palette& palette) {
+  const auto isClear = [](const ZVPALETTEENTRY& entry) { return entry.alpha == 0; };
+  const auto isOpaque = [](const ZVPALETTEENTRY& entry) { return entry.alpha == 255; };
+  return !std::all_of(palette.begin(), palette.end(), isClear) &&
+         !std::all_of(palette.begin(), palette.end(), isOpaque);
+}
+
+Palette OpaquePalette(Palette palette) {
+  const bool tellsAlpha = TellsAlpha(palette);
+  for (ZVPALETTEENTRY& entry : palette) {
+    if (tellsAlpha) {
+      entry.blue = OverWhite8(entry.blue, entry.alpha);
+      entry.green = OverWhite8(entry.green, entry.alpha);
+      entry.red = OverWhite8(entry.red, entry.alpha);
+    }
+    entry.alpha = 255;
+  }
+  return palette;
+}
+
 RowConverter::RowConverter(Layout from, Layout to, int32_t width, const Palette& palette)
     : from_(from), to_(to), width_(width), palette_(palette) {
   if (IsIdentity()) return;
   const size_t pixels = static_cast<size_t>(width);
   if (IsIndexed(from)) {
+    if (!HasAlpha(to) || !TellsAlpha(palette)) palette_ = OpaquePalette(std::move(palette_));
     palette_.resize(256, ZVPALETTEENTRY{0, 0, 0, 255});
     indices_.resize(pixels);
   }
@@ -264,15 +285,13 @@ void RowConverter::ConvertIndexed(const uint8_t* source, uint8_t* destination) {
     PackIndices(indices_.data(), BitsPerPixel(to_), width_, destination);
     return;
   }
-  // Palettes are opaque unless the target asks for their alpha.
-  const bool alpha = HasAlpha(to_);
   for (int32_t x = 0; x < width_; ++x) {
     const ZVPALETTEENTRY& entry = palette_[indices_[static_cast<size_t>(x)]];
     uint8_t* color = &colors8_[static_cast<size_t>(x) * 4];
     color[0] = entry.blue;
     color[1] = entry.green;
     color[2] = entry.red;
-    color[3] = alpha ? entry.alpha : 255;
+    color[3] = entry.alpha;
   }
   if (IsDeep(to_)) {
     for (size_t i = 0; i < colors16_.size(); ++i) colors16_[i] = static_cast<uint16_t>(colors8_[i] * 257);

@@ -62,8 +62,13 @@ uint8_t Luma8(uint32_t red, uint32_t green, uint32_t blue);
 // 16 bits to 8 with rounding: v * 255 / 65535.
 inline uint8_t Narrow16(uint32_t value) { return static_cast<uint8_t>((value * 255u + 32895u) >> 16); }
 
+// Whether the alpha of a palette's entries is meant: bitmaps from elsewhere leave the field unset in all of them.
+bool TellsAlpha(const Palette& palette);
+// The palette for whoever cannot hold alpha: colours laid over white where their alpha is meant, all of them opaque.
+Palette OpaquePalette(Palette palette);
+
 // Converts rows of one layout into another. Possible from every layout to every layout that is not indexed, and between
-// indexed ones that do not get narrower. What has alpha is laid over white when the target has none.
+// indexed ones that do not get narrower. What has alpha, a palette included, is laid over white when the target has none.
 class RowConverter {
  public:
   RowConverter() = default;

@@ -162,6 +162,13 @@ int32_t RowSink::Deliver() {
   return before == after ? SUCCESS : ReportStatus(after);
 }
 
+int32_t RowSink::Amend(const ImageHeader& header) {
+  BITMAPHANDLE& bitmap = *request_.bitmap;
+  // Rows that were to come upright have been delivered: for them it is too late to turn.
+  if (!request_.upright) bitmap.viewPerspective = request_.info->viewPerspective = header.viewPerspective;
+  return stored_ ? AttachMetadata(bitmap, header.metadata) : SUCCESS;
+}
+
 int32_t RowSink::Finish() {
   if (!begun_ || committed_ != height_) return ERROR_FILE_DAMAGED;
   return late_ ? FinishLate() : SUCCESS;

@@ -58,6 +58,8 @@ class RowSink {
   // Row and Commit in one, for rows in the decoder's memory.
   int32_t Put(const uint8_t* rows, ptrdiff_t stride, int32_t count);
   int32_t CommittedRows() const { return committed_; }
+  // For what a file says behind its rows: takes over metadata and perspective of the header.
+  int32_t Amend(const ImageHeader& header);
   // Called by the load operation after the decoder: late conversions, and the check that every row came.
   int32_t Finish();
 

@@ -108,7 +108,7 @@ RowSource::RowSource(BITMAPHANDLE* bitmap, FILESAVECALLBACK callback, void* user
 
 RowSource::~RowSource() { FreeBitmap(&scratch_); }
 
-int32_t RowSource::Prepare(Layout target) {
+int32_t RowSource::Prepare(Layout target, bool keepPaletteAlpha) {
   layout_ = target;
   if (target == Layout::kIndex8 && stored_ == Layout::kGray8) {
     // The same bytes, seen as indices into a grey palette.
@@ -125,6 +125,7 @@ int32_t RowSource::Prepare(Layout target) {
   }
   if (result != SUCCESS) return error_ = result;
   palette_ = IsIndexed(target) ? rowPalette_ : Palette();
+  if (!keepPaletteAlpha) palette_ = OpaquePalette(std::move(palette_));
   return SUCCESS;
 }
 

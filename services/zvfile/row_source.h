@@ -26,8 +26,9 @@ class RowSource {
   RowSource& operator=(const RowSource&) = delete;
 
   // Called by the save operation before the encoder: chooses what the rows will be. Rows are gathered here when they have to
-  // be turned upright or the palette of the result depends on all of them.
-  int32_t Prepare(Layout target);
+  // be turned upright or the palette of the result depends on all of them. keepPaletteAlpha: the encoder of an indexed layout
+  // writes the alpha of palette entries; without it their colours are laid over white.
+  int32_t Prepare(Layout target, bool keepPaletteAlpha = false);
 
   int32_t Width() const { return width_; }  // upright
   int32_t Height() const { return height_; }

@@ -26,10 +26,15 @@ constexpr DepthRule kDepths[] = {{kSave1, Layout::kIndex1},      {kSave4, Layout
 
 bool Allows(uint32_t depths, uint32_t bit) { return (depths & bit) != 0; }
 
+bool HasClearColors(const BITMAPHANDLE& bitmap) {
+  if (!IsIndexed(LayoutOf(bitmap)) || !bitmap.palette) return false;
+  return TellsAlpha(Palette(bitmap.palette, bitmap.palette + std::max(bitmap.paletteCount, 0)));
+}
+
 // The layout for a depth that was asked for by number; false when the format cannot hold it.
 bool LayoutForRequest(uint32_t depths, int32_t bits, const BITMAPHANDLE& bitmap, Layout& layout) {
   const Layout stored = LayoutOf(bitmap);
-  const bool gray = IsGray(stored);
+  const bool gray = IsGray(stored), alpha = HasAlpha(stored) || HasClearColors(bitmap);
   const auto choose = [&](uint32_t bit, Layout chosen) {
     layout = chosen;
     return Allows(depths, bit);
@@ -44,9 +49,9 @@ bool LayoutForRequest(uint32_t depths, int32_t bits, const BITMAPHANDLE& bitmap,
       if (gray && choose(kSave16Gray, Layout::kGray16)) return true;
       return choose(kSave16Color, Layout::kBgr555) || choose(kSave16Gray, Layout::kGray16);
     case 24: return choose(kSave24, Layout::kBgr24);
-    case 32: return choose(kSave32, LayoutForDepth(32, false, HasAlpha(stored), false));
+    case 32: return choose(kSave32, LayoutForDepth(32, false, alpha, false));
     case 48: return choose(kSave48, Layout::kBgr48);
-    case 64: return choose(kSave64, LayoutForDepth(64, false, HasAlpha(stored), false));
+    case 64: return choose(kSave64, LayoutForDepth(64, false, alpha, false));
     default: return false;
   }
 }
@@ -162,13 +167,14 @@ int32_t Save(const SaveArguments& arguments, const SAVEFILEOPTION& option) {
   request.j2k = J2kSetting();
   request.sizeList = SaveSizeListSetting();
   request.metadata = MetadataOf(*arguments.bitmap);
+  MakeXmpUpright(request.metadata.xmp);
   request.xResolution = arguments.bitmap->xResolution;
   request.yResolution = arguments.bitmap->yResolution;
   if (arguments.bitmap->viewPerspective >= VIEW_LEFT_TOP) std::swap(request.xResolution, request.yResolution);
   StampBitmap stamp;
   if (option.flags & SAVEFILE_STAMP) request.stamp = stamp.Make(*arguments.bitmap, option);
   RowSource rows(arguments.bitmap, arguments.callback, arguments.userData);
-  const int32_t prepared = rows.Prepare(layout);
+  const int32_t prepared = rows.Prepare(layout, (codec->flags & kPaletteAlpha) != 0);
   return prepared == SUCCESS ? WriteFile(arguments, *codec, request, rows) : prepared;
 }
 

@@ -40,7 +40,8 @@ ColorTransform::ColorTransform(Input input, Output output, std::span<const uint8
   const cmsUInt32Number from = lab ? TYPE_Lab_DBL : input == Input::kCmyk8 ? TYPE_CMYK_8 : TYPE_CMYK_16;
   const cmsUInt32Number to = output == Output::kRgb24 ? TYPE_RGB_8 : TYPE_RGB_16;
   // No cache: one transform then serves several threads, and neighbouring pixels of photographs seldom agree anyhow.
-  transform_ = cmsCreateTransform(source.get(), from, target.get(), to, INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE);
+  transform_ = cmsCreateTransform(source.get(), from, target.get(), to, INTENT_PERCEPTUAL,
+                                  cmsFLAGS_NOCACHE | cmsFLAGS_BLACKPOINTCOMPENSATION);
 }
 
 ColorTransform::~ColorTransform() {

@@ -1,5 +1,6 @@
 // Brings rows of colours that a bitmap does not know, inks and CIE L*a*b*, to sRGB. With an ICC profile the transform is the
-// profile's, perceptual; inks without one mix as R = (1 - C) (1 - K) and so on, which is what other readers do.
+// profile's, perceptual with black-point compensation; inks without one mix as R = (1 - C) (1 - K) and so on, which is what
+// other readers do.
 #ifndef ZV_FILE_COLOR_TRANSFORM_H
 #define ZV_FILE_COLOR_TRANSFORM_H
 

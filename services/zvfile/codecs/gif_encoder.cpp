@@ -47,10 +47,8 @@ Map MakeMap(const Palette& palette, int bits) {
 int32_t TransparentIndex(const Palette& palette) {
   const auto found =
       std::find_if(palette.begin(), palette.end(), [](const ZVPALETTEENTRY& entry) { return entry.alpha == 0; });
-  // A palette without a single opaque entry comes from a bitmap that leaves the field unset.
-  const bool anyOpaque =
-      std::any_of(palette.begin(), palette.end(), [](const ZVPALETTEENTRY& entry) { return entry.alpha != 0; });
-  return found != palette.end() && anyOpaque ? static_cast<int32_t>(found - palette.begin()) : NO_TRANSPARENT_COLOR;
+  return found != palette.end() && TellsAlpha(palette) ? static_cast<int32_t>(found - palette.begin())
+                                                       : NO_TRANSPARENT_COLOR;
 }
 
 void Unpack(const uint8_t* row, int32_t width, int bits, uint8_t* indices) {

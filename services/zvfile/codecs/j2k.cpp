@@ -6,6 +6,7 @@
 
 #include "services/zvfile/codecs/color_transform.h"
 #include "services/zvfile/codecs/j2k_objects.h"
+#include "services/zvfile/codecs/jp2_boxes.h"
 
 namespace zvfile {
 namespace {
@@ -104,22 +105,22 @@ Layout LayoutFor(const opj_image_t& image) {
                         HasAlphaChannel(image), true);
 }
 
-void Describe(const Opened& opened, bool codeStream, int32_t level, ImageHeader& header) {
+void Describe(const Opened& opened, ByteSource& source, const LoadRequest& request, ImageHeader& header) {
   const opj_image_t& image = *opened.image;
+  const bool codeStream = IsCodeStream(source);
+  const int32_t level = LevelFor(opened, request.loadSize);
   header.format = codeStream ? FMT_J2K : FMT_JP2;
   header.compression = "JPEG 2000";
   header.width = Reduced(opened.width, level);
   header.height = Reduced(opened.height, level);
   header.layout = LayoutFor(image);
-  if (image.icc_profile_buf && image.icc_profile_len > 0) {
-    header.metadata.profile.assign(image.icc_profile_buf, image.icc_profile_buf + image.icc_profile_len);
-  }
+  if (!codeStream) ReadJp2Boxes(source, request.limits, header);
 }
 
 int32_t J2kInfo(ByteSource& source, const LoadRequest& request, ImageHeader& header) {
   Opened opened;
   const int32_t result = OpenFile(source, request, opened);
-  if (result == SUCCESS) Describe(opened, IsCodeStream(source), LevelFor(opened, request.loadSize), header);
+  if (result == SUCCESS) Describe(opened, source, request, header);
   return result;
 }
 
@@ -218,7 +219,7 @@ int32_t J2kLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   if (result != SUCCESS) return result;
   const int32_t level = LevelFor(opened, request.loadSize);
   ImageHeader header;
-  Describe(opened, IsCodeStream(source), level, header);
+  Describe(opened, source, request, header);
   if (level > 0 && !opj_set_decoded_resolution_factor(opened.codec.get(), static_cast<OPJ_UINT32>(level))) {
     return ERROR_FEATURE_UNSUPPORTED;
   }

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "services/zvfile/codecs/j2k_objects.h"
+#include "services/zvfile/codecs/jp2_boxes.h"
 #include "services/zvfile/codecs/jpeg.h"
 
 namespace zvfile {
@@ -96,7 +97,9 @@ int32_t FillImage(RowSource& rows, int32_t channels, opj_image_t& image) {
 
 }  // namespace
 
-int32_t J2kSave(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
+namespace {
+
+int32_t Encode(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
   const Layout given = rows.GetLayout();
   const bool gray = IsGray(given);
   const bool alpha = BitsPerPixel(given) == 32;
@@ -117,6 +120,16 @@ int32_t J2kSave(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
                        opj_encode(codec.get(), stream.get()) && opj_end_compress(codec.get(), stream.get());
   if (sink.Failed()) return ERROR_FILE_WRITE;
   return written ? SUCCESS : ERROR_OUT_OF_MEMORY;
+}
+
+}  // namespace
+
+// The boxes of a file stand ahead of its code stream, and some of them inside one that OpenJPEG writes.
+int32_t J2kSave(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
+  if (request.format == FMT_J2K) return Encode(sink, request, rows);
+  MemorySink plain;
+  const int32_t result = Encode(plain, request, rows);
+  return result == SUCCESS ? WriteJp2WithBoxes(plain.Bytes(), request, rows, sink) : result;
 }
 
 }  // namespace zvfile

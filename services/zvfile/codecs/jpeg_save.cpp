@@ -132,7 +132,8 @@ int32_t JpegSave(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
   settings.metadata = &request.metadata;
   if (NeedsExif(request)) {
     const std::vector<uint8_t> stamp = request.stamp ? EncodeStamp(*request.stamp) : std::vector<uint8_t>();
-    settings.exif = BuildExif(request.metadata.exif, request.metadata.comments, stamp, rows.Width(), rows.Height());
+    const ExifTarget target = {rows.Width(), rows.Height(), request.xResolution, request.yResolution};
+    settings.exif = BuildExif(request.metadata.exif, request.metadata.comments, stamp, target);
   }
   return SaveJpegStream(sink, settings, rows);
 }

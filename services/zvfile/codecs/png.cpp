@@ -88,6 +88,16 @@ void ReadTexts(const Reader& reader, Metadata& metadata) {
   }
 }
 
+void ReadExifBlock(const Reader& reader, ImageHeader& header) {
+  png_uint_32 size = 0;
+  png_bytep exif = nullptr;
+  if (!png_get_eXIf_1(reader.png, reader.info, &size, &exif)) return;
+  header.metadata.exif.assign(exif, exif + size);
+  const ExifSummary summary = ReadExif(header.metadata.exif);
+  if (summary.orientation != 0) header.viewPerspective = summary.orientation;
+  header.metadata.comments = summary.comments;
+}
+
 void ReadBlocks(const Reader& reader, ImageHeader& header) {
   png_charp name = nullptr;
   int method = 0;
@@ -96,13 +106,7 @@ void ReadBlocks(const Reader& reader, ImageHeader& header) {
   if (png_get_iCCP(reader.png, reader.info, &name, &method, &profile, &size)) {
     header.metadata.profile.assign(profile, profile + size);
   }
-  png_bytep exif = nullptr;
-  if (png_get_eXIf_1(reader.png, reader.info, &size, &exif)) {
-    header.metadata.exif.assign(exif, exif + size);
-    const ExifSummary summary = ReadExif(header.metadata.exif);
-    if (summary.orientation != 0) header.viewPerspective = summary.orientation;
-    header.metadata.comments = summary.comments;
-  }
+  ReadExifBlock(reader, header);
   png_uint_32 x = 0, y = 0;
   int unit = 0;
   if (png_get_pHYs(reader.png, reader.info, &x, &y, &unit) && unit == PNG_RESOLUTION_METER) {
@@ -228,6 +232,14 @@ int32_t PullRows(Reader& reader, const ImageHeader& header, RowSink& sink) {
   return SUCCESS;
 }
 
+// Exif and texts, XMP among them, may stand behind the image as well. A damaged tail only costs those.
+int32_t ReadTail(Reader& reader, ImageHeader& header, RowSink& sink) {
+  if (reader.Guard([&] { png_read_end(reader.png, reader.info); }) != SUCCESS) return SUCCESS;
+  if (header.metadata.exif.empty()) ReadExifBlock(reader, header);
+  ReadTexts(reader, header.metadata);
+  return sink.Amend(header);
+}
+
 int32_t PngLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   Reader reader(source);
   ImageHeader header;
@@ -242,8 +254,8 @@ int32_t PngLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
     return ERROR_FILE_DAMAGED;
   const bool interlaced = (header.flags & FILEINFO_INTERLACED) != 0;
   result = sink.Begin(header, interlaced ? RowOrder::kAny : RowOrder::kFromTop);
-  if (result != SUCCESS) return result;
-  return interlaced ? PullInterlaced(reader, header, sink) : PullRows(reader, header, sink);
+  if (result == SUCCESS) result = interlaced ? PullInterlaced(reader, header, sink) : PullRows(reader, header, sink);
+  return result == SUCCESS ? ReadTail(reader, header, sink) : result;
 }
 
 // --- Table row ---
@@ -254,7 +266,7 @@ constexpr Signature kSignatures[] = {{0, 8, "\x89PNG\r\n\x1A\n"}};
 
 }  // namespace
 
-const Codec kPngCodec = {"PNG",   kFormats, kSignatures, "png",   0,       nullptr,
-                         PngInfo, PngLoad,  PngSave,     nullptr, nullptr, nullptr};
+const Codec kPngCodec = {"PNG",   kFormats, kSignatures, "png",   kPaletteAlpha, nullptr,
+                         PngInfo, PngLoad,  PngSave,     nullptr, nullptr,       nullptr};
 
 }  // namespace zvfile

@@ -19,6 +19,7 @@ constexpr size_t kOneGoBytes = 64u << 20;
 constexpr size_t kIdatBytes = 512 * 1024;
 constexpr double kInchesPerMetre = 0.0254;
 constexpr int kDefaultLevel = 6;
+constexpr size_t kMostExifBytes = size_t{1} << 30;  // a chunk holds twice that
 
 enum ColorType : uint8_t { kGray = 0, kRgb = 2, kPalette = 3, kRgba = 6 };
 
@@ -70,7 +71,7 @@ using Compressor = std::unique_ptr<libdeflate_compressor, CompressorDeleter>;
 
 bool IsGrayRamp(const Palette& palette, int bits) {
   const size_t count = size_t{1} << bits;
-  if (palette.size() != count) return false;
+  if (palette.size() != count || TellsAlpha(palette)) return false;
   for (size_t i = 0; i < count; ++i) {
     const size_t level = i * 255 / (count - 1);
     if (palette[i].red != level || palette[i].green != level || palette[i].blue != level) return false;
@@ -142,10 +143,19 @@ void WriteXmp(ChunkWriter& chunks, const std::vector<uint8_t>& xmp) {
   chunks.Write("iTXt", content);
 }
 
-void WriteExif(ChunkWriter& chunks, const Metadata& metadata, const RowSource& rows) {
-  if (metadata.exif.empty()) return;
-  const std::vector<uint8_t> exif = BuildExif(metadata.exif, {}, {}, rows.Width(), rows.Height());
+void WriteExif(ChunkWriter& chunks, const SaveRequest& request, const RowSource& rows) {
+  if (request.metadata.exif.empty()) return;
+  const ExifTarget target = {rows.Width(), rows.Height(), request.xResolution, request.yResolution, kMostExifBytes};
+  const std::vector<uint8_t> exif = BuildExif(request.metadata.exif, {}, {}, target);
   if (!exif.empty()) chunks.Write("eXIf", exif);
+}
+
+// Alpha of the palette's entries; those behind the last that is not opaque can be left out.
+void WriteTransparency(ChunkWriter& chunks, const Palette& palette) {
+  std::vector<uint8_t> alphas;
+  for (const ZVPALETTEENTRY& entry : palette) alphas.push_back(entry.alpha);
+  while (!alphas.empty() && alphas.back() == 255) alphas.pop_back();
+  chunks.Write("tRNS", alphas);
 }
 
 void WriteMetadata(ChunkWriter& chunks, const SaveRequest& request, const RowSource& rows, const Shape& shape) {
@@ -156,6 +166,7 @@ void WriteMetadata(ChunkWriter& chunks, const SaveRequest& request, const RowSou
     for (const ZVPALETTEENTRY& entry : rows.GetPalette())
       colors.insert(colors.end(), {entry.red, entry.green, entry.blue});
     chunks.Write("PLTE", colors);
+    if (TellsAlpha(rows.GetPalette())) WriteTransparency(chunks, rows.GetPalette());
   }
   if (request.xResolution > 0 && request.yResolution > 0) {
     std::vector<uint8_t> content;
@@ -164,7 +175,7 @@ void WriteMetadata(ChunkWriter& chunks, const SaveRequest& request, const RowSou
     content.push_back(1);
     chunks.Write("pHYs", content);
   }
-  WriteExif(chunks, metadata, rows);
+  WriteExif(chunks, request, rows);
   for (const PngKeyword& known : kPngKeywords) {
     const std::string& text = metadata.comments[static_cast<size_t>(known.comment)];
     if (!text.empty()) WriteText(chunks, known.keyword, IsUtf8(text) ? text : Utf8FromLatin1(text));

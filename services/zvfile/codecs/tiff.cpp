@@ -201,6 +201,17 @@ int32_t CopyOldPages(ByteSink& sink, const SaveRequest& request, Variant& varian
   return kept == 0 ? SUCCESS : CopyPagesExcept(old, pages, page - 1, sink);
 }
 
+// What the page to be written says beside its pixels.
+Metadata PageMetadata(const SaveRequest& request, const RowSource& rows) {
+  Metadata metadata = request.metadata;
+  if (!ProfileFits(metadata.profile, IsGray(rows.GetLayout()))) metadata.profile.clear();
+  if (!metadata.exif.empty()) {
+    const ExifTarget target = {rows.Width(), rows.Height(), request.xResolution, request.yResolution, SIZE_MAX};
+    metadata.exif = BuildExif(metadata.exif, {}, {}, target);
+  }
+  return metadata;
+}
+
 int32_t Save(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
   Variant variant = {.big = IsBigFormat(request.format) || NeedsBigOffsets(rows), .bigEndian = false};
   size_t kept = 0;
@@ -210,10 +221,11 @@ int32_t Save(ByteSink& sink, const SaveRequest& request, RowSource& rows) {
   }
   const std::unique_ptr<Handle> handle = Handle::OpenForWriting(sink, variant, kept > 0);
   if (!handle) return ERROR_FILE_WRITE;
-  int32_t result = WritePage(*handle, request, rows, kept > 0);
+  const Metadata metadata = PageMetadata(request, rows);
+  int32_t result = WritePage(*handle, request, metadata, rows, kept > 0);
   handle->Close();
   if (result == SUCCESS && handle->Errors() > 0) result = ERROR_FILE_WRITE;
-  if (result == SUCCESS) result = AttachExif(sink, request.metadata);
+  if (result == SUCCESS) result = AttachExif(sink, metadata);
   const bool placed = request.pageOp == PageOp::kInsert || request.pageOp == PageOp::kReplace;
   if (result == SUCCESS && kept > 0 && placed)
     result = MoveLastPageTo(sink, static_cast<size_t>(std::max(request.page, 1)) - 1);

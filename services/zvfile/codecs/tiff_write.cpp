@@ -281,7 +281,8 @@ int32_t WriteStamp(TIFF* tiff, const BITMAPHANDLE& stamp) {
 
 }  // namespace
 
-int32_t WritePage(Handle& handle, const SaveRequest& request, RowSource& rows, bool numbered) {
+int32_t WritePage(Handle& handle, const SaveRequest& request, const Metadata& metadata, RowSource& rows,
+                  bool numbered) {
   TIFF* tiff = handle.Get();
   const auto encoding = std::find_if(std::begin(kEncodings), std::end(kEncodings),
                                      [&](const Encoding& row) { return row.format == request.format; });
@@ -294,7 +295,7 @@ int32_t WritePage(Handle& handle, const SaveRequest& request, RowSource& rows, b
     TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, FILETYPE_PAGE);
     TIFFSetField(tiff, TIFFTAG_PAGENUMBER, 0, 0);
   }
-  WriteMetadata(tiff, request.metadata);
+  WriteMetadata(tiff, metadata);
   const bool stamped = request.stamp != nullptr;
   if (stamped) {
     // The library writes the next directory as this one's sub-image and fills in where it stands.

@@ -7,9 +7,9 @@
 
 namespace zvfile::tiff {
 
-// Writes the page and its directory behind what the handle's file has, the request's stamp as a sub-image. `numbered` marks it
-// as a page of several. Gives the row source's code when rows cannot be had.
-int32_t WritePage(Handle& handle, const SaveRequest& request, RowSource& rows, bool numbered);
+// Writes the page and its directory behind what the handle's file has, the request's stamp as a sub-image; metadata stands in
+// for the request's. `numbered` marks it as a page of several. Gives the row source's code when rows cannot be had.
+int32_t WritePage(Handle& handle, const SaveRequest& request, const Metadata& metadata, RowSource& rows, bool numbered);
 // True when the page alone could grow past the 4 GiB that 32-bit offsets reach.
 bool NeedsBigOffsets(const RowSource& rows);
 bool IsBigFormat(int32_t format);

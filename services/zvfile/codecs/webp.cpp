@@ -18,6 +18,7 @@ constexpr uint32_t kMostBytesPerByte = 20000;           // a lossless image of o
 constexpr size_t kRiffHeaderBytes = 12;
 constexpr size_t kChunkHeaderBytes = 8;
 constexpr int32_t kLosslessQFactor = 2;
+constexpr size_t kMostExifBytes = size_t{1} << 30;
 
 // --- State ---
 
@@ -256,8 +257,10 @@ std::vector<uint8_t> Assemble(const SaveRequest& request, const RowSource& rows,
   std::vector<uint8_t> exif;
   const bool hasComments = std::any_of(metadata.comments.begin(), metadata.comments.end(),
                                        [](const std::string& text) { return !text.empty(); });
-  if (!metadata.exif.empty() || hasComments) {
-    exif = BuildExif(metadata.exif, metadata.comments, {}, rows.Width(), rows.Height());
+  // The format itself has no place for a resolution.
+  if (!metadata.exif.empty() || hasComments || request.xResolution > 0) {
+    const ExifTarget target = {rows.Width(), rows.Height(), request.xResolution, request.yResolution, kMostExifBytes};
+    exif = BuildExif(metadata.exif, metadata.comments, {}, target);
   }
   if (!profile && exif.empty() && metadata.xmp.empty()) return image;
   uint8_t flags = 0;

@@ -127,4 +127,23 @@ TEST(ResizeMethod, MapsToTheMethodsOfTheBitmapLibrary) {
   EXPECT_EQ(SIZE_NEAREST, SizeMethod(3));
 }
 
+TEST(RunRules, FreeAnglesAndSmoothResizesBlendPixels) {
+  CONVERSIONROTATEOPTIONS rotate;
+  CONVERSIONRESIZEOPTIONS resize;
+  EXPECT_FALSE(BlendsPixels(rotate, resize));
+  for (const int32_t turn : {9000, -18000, 36000}) {
+    rotate.angle = turn;
+    EXPECT_FALSE(BlendsPixels(rotate, resize)) << turn;
+  }
+  rotate.angle = 1250;
+  EXPECT_TRUE(BlendsPixels(rotate, resize));
+  rotate.angle = 0;
+  resize.method = 4;
+  EXPECT_FALSE(BlendsPixels(rotate, resize)) << "resizing is off";
+  resize.enabled = 1;
+  EXPECT_TRUE(BlendsPixels(rotate, resize));
+  resize.method = 0;
+  EXPECT_FALSE(BlendsPixels(rotate, resize));
+}
+
 }  // namespace

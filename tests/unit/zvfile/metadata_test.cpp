@@ -156,7 +156,7 @@ std::vector<uint8_t> FakeProfile(const char* space) {
 TEST(Profile, IsKeptWhereItFitsThePixels) {
   TestFolder folder;
   const auto path = folder.Path(u"a");
-  for (const int32_t format : {FMT_JPEG, FMT_WEBP, FMT_CMP}) {
+  for (const int32_t format : {FMT_JPEG, FMT_WEBP, FMT_CMP, FMT_TIFF_LZW, FMT_JP2}) {
     for (const char* space : {"RGB ", "CMYK"}) {
       Picture source = MakePicture(40, 30, 24), loaded;
       const std::vector<uint8_t> profile = FakeProfile(space);
@@ -175,12 +175,52 @@ TEST(Profile, IsKeptWhereItFitsThePixels) {
 TEST(Xmp, IsKept) {
   TestFolder folder;
   const std::string packet = "<x:xmpmeta xmlns:x='adobe:ns:meta/'/>";
-  for (const int32_t format : {FMT_JPEG, FMT_PNG, FMT_WEBP}) {
+  for (const int32_t format : {FMT_JPEG, FMT_PNG, FMT_WEBP, FMT_TIFF_LZW, FMT_JP2}) {
     Picture source = MakePicture(40, 30, 24), loaded;
     SetBitmapMetadata(&source, METADATA_XMP, packet.data(), packet.size());
     ASSERT_EQ(Save(folder.Path(u"a"), source, format), SUCCESS);
     ASSERT_EQ(Load(folder.Path(u"a"), loaded), SUCCESS);
     EXPECT_EQ(Block(loaded, METADATA_XMP), std::vector<uint8_t>(packet.begin(), packet.end())) << format;
+  }
+}
+
+// The packet as a saved file has it.
+std::string SavedXmp(const std::string& packet) {
+  TestFolder folder;
+  Picture source = MakePicture(8, 8, 24), loaded;
+  SetBitmapMetadata(&source, METADATA_XMP, packet.data(), packet.size());
+  EXPECT_EQ(Save(folder.Path(u"a"), source, FMT_PNG), SUCCESS);
+  EXPECT_EQ(Load(folder.Path(u"a"), loaded), SUCCESS);
+  const std::vector<uint8_t> saved = Block(loaded, METADATA_XMP);
+  return std::string(saved.begin(), saved.end());
+}
+
+TEST(Xmp, TellsViewersOfASavedPictureNotToTurnIt) {
+  EXPECT_EQ(SavedXmp("<d tiff:Orientation=\"6\" a='6'/>"), "<d tiff:Orientation=\"1\" a='6'/>");
+  EXPECT_EQ(SavedXmp("<d tiff:Orientation = '8'/>"), "<d tiff:Orientation = '1'/>");
+  EXPECT_EQ(SavedXmp("<tiff:Orientation>3</tiff:Orientation>"), "<tiff:Orientation>1</tiff:Orientation>");
+  EXPECT_EQ(SavedXmp("<tiff:Orientation>1</tiff:Orientation>"), "<tiff:Orientation>1</tiff:Orientation>");
+}
+
+TEST(Xmp, WithAStrangeOrientationIsLeftAlone) {
+  for (const char* packet : {"<tiff:Orientation>66</tiff:Orientation>", "<tiff:Orientation>x</tiff:Orientation>",
+                             "tiff:Orientation", "tiff:Orientation=\"", "tiff:Orientation=\"6"}) {
+    EXPECT_EQ(SavedXmp(packet), packet);
+  }
+}
+
+TEST(Exif, OfASavedPictureTellsItsResolution) {
+  for (const int32_t format : {FMT_WEBP, FMT_EXIF_JPEG_422, FMT_JP2, FMT_PNG, FMT_TIFF_LZW}) {
+    TestFolder folder;
+    const auto path = folder.Path(u"a");
+    Picture source = MakePicture(40, 30, 24);
+    source->xResolution = 240;
+    source->yResolution = 200;
+    ASSERT_EQ(Save(path, source, format), SUCCESS);
+    FILEINFO info;
+    ASSERT_EQ(Info(path, info), SUCCESS);
+    EXPECT_EQ(info.xResolution, 240) << format;
+    EXPECT_EQ(info.yResolution, 200) << format;
   }
 }
 

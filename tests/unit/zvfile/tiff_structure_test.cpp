@@ -63,7 +63,10 @@ TEST_F(TiffForeign, PagesGoIntoABigEndianFileInItsOwnByteOrder) {
 
 TEST_F(TiffForeign, CommentsAndProfileTravelThroughLoadAndSave) {
   Shape shape;
-  const std::vector<uint8_t> profile(200, 7);
+  // What is no profile of the right colours is not written again.
+  std::vector<uint8_t> profile(200, 7);
+  std::memcpy(profile.data() + 16, "RGB ", 4);
+  std::memcpy(profile.data() + 36, "acsp", 4);
   const auto bytes = MakeTiff("wl", [&](TIFF* tiff) {
     SetShape(tiff, shape);
     TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, "A description");

@@ -1,0 +1,19 @@
+// What a JP2 file says beside its code stream: profile, resolution, Exif and XMP, in boxes that OpenJPEG neither reads (in time)
+// nor writes. Layout of the boxes: ISO/IEC 15444-1, annex I. Never looks at pixels.
+#ifndef ZV_FILE_JP2_BOXES_H
+#define ZV_FILE_JP2_BOXES_H
+
+#include "services/zvfile/codec.h"
+
+namespace zvfile {
+
+// Takes profile, resolution, Exif with its orientation and comments, and XMP into the header. Damaged boxes are left out; a bare code
+// stream has none.
+void ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header);
+// Writes a JP2 file as OpenJPEG made it, with the request's profile, resolution, Exif and XMP put in.
+int32_t WriteJp2WithBoxes(std::span<const uint8_t> plain, const SaveRequest& request, const RowSource& rows,
+                          ByteSink& sink);
+
+}  // namespace zvfile
+
+#endif
