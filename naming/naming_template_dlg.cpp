@@ -14,37 +14,48 @@ using Settings = NAMINGTEMPLATESETTINGS;
 constexpr UINT kHelpNumber = 116;
 constexpr int kMostTemplateCharacters = 100;
 
-constexpr NumberingIds kNumericIds = {IDT_NAMING_NUM_MASK,
-                                      IDE_NAMING_NUM_MASK,
-                                      IDT_NAMING_NUM_INCREMENT,
-                                      IDC_NAMING_NUM_INCREMENT,
-                                      IDT_NAMING_NUM_START,
-                                      IDC_NAMING_NUM_START,
-                                      0,
-                                      0,
-                                      0,
-                                      0,
-                                      0,
-                                      0,
-                                      0};
-constexpr NumberingIds kAlphaIds = {IDT_NAMING_ALPHA_MASK,
-                                    IDE_NAMING_ALPHA_MASK,
-                                    IDT_NAMING_ALPHA_INCREMENT,
-                                    IDC_NAMING_ALPHA_INCREMENT,
-                                    IDT_NAMING_ALPHA_START,
-                                    IDC_NAMING_ALPHA_START,
-                                    IDX_NAMING_ALPHA_UPPER,
-                                    IDT_NAMING_ALPHA_LETTERS,
-                                    IDE_NAMING_ALPHA_FROM,
-                                    IDE_NAMING_ALPHA_TO,
-                                    0,
-                                    0,
-                                    0};
-constexpr NumberingIds kAlnumIds = {IDT_NAMING_ALNUM_MASK,      IDE_NAMING_ALNUM_MASK,    IDT_NAMING_ALNUM_INCREMENT,
-                                    IDC_NAMING_ALNUM_INCREMENT, IDT_NAMING_ALNUM_START,   IDC_NAMING_ALNUM_START,
-                                    IDX_NAMING_ALNUM_UPPER,     IDT_NAMING_ALNUM_LETTERS, IDE_NAMING_ALNUM_LETTER_FROM,
-                                    IDE_NAMING_ALNUM_LETTER_TO, IDT_NAMING_ALNUM_DIGITS,  IDE_NAMING_ALNUM_DIGIT_FROM,
-                                    IDE_NAMING_ALNUM_DIGIT_TO};
+constexpr TemplateDlgIds kIds = {
+    .tagList = IDC_NAMING_TAG,
+    .sampleList = IDL_NAMING_SAMPLES,
+    .numeric =
+        {
+            .maskLabel = IDT_NAMING_NUM_MASK,
+            .mask = IDE_NAMING_NUM_MASK,
+            .incrementLabel = IDT_NAMING_NUM_INCREMENT,
+            .increment = IDC_NAMING_NUM_INCREMENT,
+            .startLabel = IDT_NAMING_NUM_START,
+            .start = IDC_NAMING_NUM_START,
+        },
+    .alpha =
+        {
+            .maskLabel = IDT_NAMING_ALPHA_MASK,
+            .mask = IDE_NAMING_ALPHA_MASK,
+            .incrementLabel = IDT_NAMING_ALPHA_INCREMENT,
+            .increment = IDC_NAMING_ALPHA_INCREMENT,
+            .startLabel = IDT_NAMING_ALPHA_START,
+            .start = IDC_NAMING_ALPHA_START,
+            .upperCase = IDX_NAMING_ALPHA_UPPER,
+            .lettersLabel = IDT_NAMING_ALPHA_LETTERS,
+            .letterFrom = IDE_NAMING_ALPHA_FROM,
+            .letterTo = IDE_NAMING_ALPHA_TO,
+        },
+    .alnum =
+        {
+            .maskLabel = IDT_NAMING_ALNUM_MASK,
+            .mask = IDE_NAMING_ALNUM_MASK,
+            .incrementLabel = IDT_NAMING_ALNUM_INCREMENT,
+            .increment = IDC_NAMING_ALNUM_INCREMENT,
+            .startLabel = IDT_NAMING_ALNUM_START,
+            .start = IDC_NAMING_ALNUM_START,
+            .upperCase = IDX_NAMING_ALNUM_UPPER,
+            .lettersLabel = IDT_NAMING_ALNUM_LETTERS,
+            .letterFrom = IDE_NAMING_ALNUM_LETTER_FROM,
+            .letterTo = IDE_NAMING_ALNUM_LETTER_TO,
+            .digitsLabel = IDT_NAMING_ALNUM_DIGITS,
+            .digitFrom = IDE_NAMING_ALNUM_DIGIT_FROM,
+            .digitTo = IDE_NAMING_ALNUM_DIGIT_TO,
+        },
+};
 
 struct TagCommand {
   int32_t tag;
@@ -66,12 +77,7 @@ BEGIN_MESSAGE_MAP(CZVNamingTemplateDlg, CZVTemplateDlg)
   ON_COMMAND_RANGE(ID_NAMING_TAG_NUM, ID_NAMING_TAG_SRC, OnTagChosen)
 END_MESSAGE_MAP()
 
-CZVNamingTemplateDlg::CZVNamingTemplateDlg(CWnd* parent)
-    : CZVTemplateDlg(IDD_NAMING, parent, kHelpNumber, {IDC_NAMING_TAG, IDL_NAMING_SAMPLES}) {
-  AddSet(kNumericFields, kNumericIds);
-  AddSet(kAlphaFields, kAlphaIds);
-  AddSet(kAlnumFields, kAlnumIds);
-}
+CZVNamingTemplateDlg::CZVNamingTemplateDlg(CWnd* parent) : CZVTemplateDlg(IDD_NAMING, parent, kHelpNumber, kIds) {}
 
 bool CZVNamingTemplateDlg::HasRecord() const {
   return AfxIsValidAddress(data_, sizeof(*data_), TRUE) && AfxIsValidAddress(data_->settings, sizeof(Settings), TRUE);

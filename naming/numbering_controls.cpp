@@ -24,36 +24,35 @@ void SetText(CWnd& dialog, int controlId, UINT textId) {
 
 using Settings = NAMINGTEMPLATESETTINGS;
 
-const NumberingFields kNumericFields = {TAG_NUM,
-                                        true,
-                                        &Settings::numericMask,
-                                        &Settings::numericIncrement,
-                                        &Settings::numericStart,
-                                        nullptr,
-                                        nullptr,
-                                        nullptr,
-                                        nullptr,
-                                        nullptr};
-const NumberingFields kAlphaFields = {TAG_ALPHA,
-                                      false,
-                                      &Settings::alphaMask,
-                                      &Settings::alphaIncrement,
-                                      &Settings::alphaStart,
-                                      &Settings::alphaUpperCase,
-                                      &Settings::alphaFrom,
-                                      &Settings::alphaTo,
-                                      nullptr,
-                                      nullptr};
-const NumberingFields kAlnumFields = {TAG_ALPHANUM,
-                                      false,
-                                      &Settings::alnumMask,
-                                      &Settings::alnumIncrement,
-                                      &Settings::alnumStart,
-                                      &Settings::alnumUpperCase,
-                                      &Settings::alnumAlphaFrom,
-                                      &Settings::alnumAlphaTo,
-                                      &Settings::alnumNumericFrom,
-                                      &Settings::alnumNumericTo};
+const NumberingFields kNumericFields = {
+    .tag = TAG_NUM,
+    .digitsOnlyMask = true,
+    .mask = &Settings::numericMask,
+    .increment = &Settings::numericIncrement,
+    .start = &Settings::numericStart,
+};
+const NumberingFields kAlphaFields = {
+    .tag = TAG_ALPHA,
+    .digitsOnlyMask = false,
+    .mask = &Settings::alphaMask,
+    .increment = &Settings::alphaIncrement,
+    .start = &Settings::alphaStart,
+    .upperCase = &Settings::alphaUpperCase,
+    .letterFrom = &Settings::alphaFrom,
+    .letterTo = &Settings::alphaTo,
+};
+const NumberingFields kAlnumFields = {
+    .tag = TAG_ALPHANUM,
+    .digitsOnlyMask = false,
+    .mask = &Settings::alnumMask,
+    .increment = &Settings::alnumIncrement,
+    .start = &Settings::alnumStart,
+    .upperCase = &Settings::alnumUpperCase,
+    .letterFrom = &Settings::alnumAlphaFrom,
+    .letterTo = &Settings::alnumAlphaTo,
+    .digitFrom = &Settings::alnumNumericFrom,
+    .digitTo = &Settings::alnumNumericTo,
+};
 
 CZVNumberingControls::CZVNumberingControls(const NumberingFields& fields, const NumberingIds& ids)
     : fields_(fields),

@@ -20,9 +20,9 @@ struct NumberingFields {
   CString NAMINGTEMPLATESETTINGS::*mask;
   NumberField increment;
   NumberField start;
-  NumberField upperCase;
-  NumberField letterFrom, letterTo;
-  NumberField digitFrom, digitTo;
+  NumberField upperCase = nullptr;
+  NumberField letterFrom = nullptr, letterTo = nullptr;
+  NumberField digitFrom = nullptr, digitTo = nullptr;
 };
 extern const NumberingFields kNumericFields;
 extern const NumberingFields kAlphaFields;
@@ -33,9 +33,9 @@ struct NumberingIds {
   int maskLabel, mask;
   int incrementLabel, increment;
   int startLabel, start;
-  int upperCase;
-  int lettersLabel, letterFrom, letterTo;
-  int digitsLabel, digitFrom, digitTo;
+  int upperCase = 0;
+  int lettersLabel = 0, letterFrom = 0, letterTo = 0;
+  int digitsLabel = 0, digitFrom = 0, digitTo = 0;
 };
 
 // String ids of the labels, which the two dialogs have each for themselves.

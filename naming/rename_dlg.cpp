@@ -11,48 +11,54 @@ using Settings = NAMINGTEMPLATESETTINGS;
 
 constexpr UINT kHelpNumber = 117;
 
-constexpr NumberingIds kNumericIds = {IDT_RENAME_NUM_MASK,
-                                      IDE_RENAME_NUM_MASK,
-                                      IDT_RENAME_NUM_INCREMENT,
-                                      IDC_RENAME_NUM_INCREMENT,
-                                      IDT_RENAME_NUM_START,
-                                      IDC_RENAME_NUM_START,
-                                      0,
-                                      0,
-                                      0,
-                                      0,
-                                      0,
-                                      0,
-                                      0};
-constexpr NumberingIds kAlphaIds = {IDT_RENAME_ALPHA_MASK,
-                                    IDE_RENAME_ALPHA_MASK,
-                                    IDT_RENAME_ALPHA_INCREMENT,
-                                    IDC_RENAME_ALPHA_INCREMENT,
-                                    IDT_RENAME_ALPHA_START,
-                                    IDC_RENAME_ALPHA_START,
-                                    IDX_RENAME_ALPHA_UPPER,
-                                    IDT_RENAME_ALPHA_LETTERS,
-                                    IDE_RENAME_ALPHA_FROM,
-                                    IDE_RENAME_ALPHA_TO,
-                                    0,
-                                    0,
-                                    0};
-constexpr NumberingIds kAlnumIds = {IDT_RENAME_ALNUM_MASK,      IDE_RENAME_ALNUM_MASK,    IDT_RENAME_ALNUM_INCREMENT,
-                                    IDC_RENAME_ALNUM_INCREMENT, IDT_RENAME_ALNUM_START,   IDC_RENAME_ALNUM_START,
-                                    IDX_RENAME_ALNUM_UPPER,     IDT_RENAME_ALNUM_LETTERS, IDE_RENAME_ALNUM_LETTER_FROM,
-                                    IDE_RENAME_ALNUM_LETTER_TO, IDT_RENAME_ALNUM_DIGITS,  IDE_RENAME_ALNUM_DIGIT_FROM,
-                                    IDE_RENAME_ALNUM_DIGIT_TO};
+constexpr TemplateDlgIds kIds = {
+    .tagList = IDC_RENAME_TAG,
+    .sampleList = IDL_RENAME_SAMPLES,
+    .numeric =
+        {
+            .maskLabel = IDT_RENAME_NUM_MASK,
+            .mask = IDE_RENAME_NUM_MASK,
+            .incrementLabel = IDT_RENAME_NUM_INCREMENT,
+            .increment = IDC_RENAME_NUM_INCREMENT,
+            .startLabel = IDT_RENAME_NUM_START,
+            .start = IDC_RENAME_NUM_START,
+        },
+    .alpha =
+        {
+            .maskLabel = IDT_RENAME_ALPHA_MASK,
+            .mask = IDE_RENAME_ALPHA_MASK,
+            .incrementLabel = IDT_RENAME_ALPHA_INCREMENT,
+            .increment = IDC_RENAME_ALPHA_INCREMENT,
+            .startLabel = IDT_RENAME_ALPHA_START,
+            .start = IDC_RENAME_ALPHA_START,
+            .upperCase = IDX_RENAME_ALPHA_UPPER,
+            .lettersLabel = IDT_RENAME_ALPHA_LETTERS,
+            .letterFrom = IDE_RENAME_ALPHA_FROM,
+            .letterTo = IDE_RENAME_ALPHA_TO,
+        },
+    .alnum =
+        {
+            .maskLabel = IDT_RENAME_ALNUM_MASK,
+            .mask = IDE_RENAME_ALNUM_MASK,
+            .incrementLabel = IDT_RENAME_ALNUM_INCREMENT,
+            .increment = IDC_RENAME_ALNUM_INCREMENT,
+            .startLabel = IDT_RENAME_ALNUM_START,
+            .start = IDC_RENAME_ALNUM_START,
+            .upperCase = IDX_RENAME_ALNUM_UPPER,
+            .lettersLabel = IDT_RENAME_ALNUM_LETTERS,
+            .letterFrom = IDE_RENAME_ALNUM_LETTER_FROM,
+            .letterTo = IDE_RENAME_ALNUM_LETTER_TO,
+            .digitsLabel = IDT_RENAME_ALNUM_DIGITS,
+            .digitFrom = IDE_RENAME_ALNUM_DIGIT_FROM,
+            .digitTo = IDE_RENAME_ALNUM_DIGIT_TO,
+        },
+};
 
 constexpr int32_t kPrefix = 1;
 
 }  // namespace
 
-CZVRenameDlg::CZVRenameDlg(CWnd* parent)
-    : CZVTemplateDlg(IDD_RENAME, parent, kHelpNumber, {IDC_RENAME_TAG, IDL_RENAME_SAMPLES}) {
-  AddSet(kNumericFields, kNumericIds);
-  AddSet(kAlphaFields, kAlphaIds);
-  AddSet(kAlnumFields, kAlnumIds);
-}
+CZVRenameDlg::CZVRenameDlg(CWnd* parent) : CZVTemplateDlg(IDD_RENAME, parent, kHelpNumber, kIds) {}
 
 uint32_t CZVRenameDlg::OfferedTags() const { return 1u << TAG_NUM | 1u << TAG_ALPHA | 1u << TAG_ALPHANUM; }
 

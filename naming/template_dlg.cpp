@@ -13,8 +13,11 @@ constexpr wchar_t kSampleName[] = L"FileName";
 constexpr int kColumnMargin = 12;  // pixels that the list keeps free beside a text
 }  // namespace
 
-CZVTemplateDlg::CZVTemplateDlg(UINT templateId, CWnd* parent, UINT helpNumber, TemplateDlgIds ids)
-    : CZVBaseDialog(templateId, parent, helpNumber), ids_(ids) {}
+CZVTemplateDlg::CZVTemplateDlg(UINT templateId, CWnd* parent, UINT helpNumber, const TemplateDlgIds& ids)
+    : CZVBaseDialog(templateId, parent, helpNumber),
+      ids_(ids),
+      sets_{CZVNumberingControls(kNumericFields, ids.numeric), CZVNumberingControls(kAlphaFields, ids.alpha),
+            CZVNumberingControls(kAlnumFields, ids.alnum)} {}
 
 void CZVTemplateDlg::DoDataExchange(CDataExchange* exchange) {
   CZVBaseDialog::DoDataExchange(exchange);
@@ -98,14 +101,18 @@ void CZVTemplateDlg::RebuildSamples() {
   samples_.Invalidate();
 }
 
+void CZVTemplateDlg::ConfigureFromControls(CZVNamingTemplateProcessor& processor) const {
+  NAMINGTEMPLATESETTINGS settings;
+  StoreSettings(settings);
+  processor.SetEnabledTags(EnabledTags());
+  processor.Configure(settings);
+}
+
 void CZVTemplateDlg::FillSamples() {
   const CString namingTemplate = TemplateFromControls();
   if (namingTemplate.IsEmpty()) return;
-  NAMINGTEMPLATESETTINGS settings;
-  StoreSettings(settings);
   CZVNamingTemplateProcessor processor;
-  processor.SetEnabledTags(EnabledTags());
-  processor.Configure(settings);
+  ConfigureFromControls(processor);
   for (int row = 0; row < kSampleCount; ++row) {
     samples_.InsertItem(row, processor.ProcessTemplate(namingTemplate, kSampleName));
   }
@@ -120,11 +127,8 @@ void CZVTemplateDlg::FitSampleColumn() {
 }
 
 void CZVTemplateDlg::OnOK() {
-  NAMINGTEMPLATESETTINGS settings;
-  StoreSettings(settings);
   CZVNamingTemplateProcessor processor;
-  processor.SetEnabledTags(EnabledTags());
-  processor.Configure(settings);
+  ConfigureFromControls(processor);
   if (!IsLegalFileName(processor.ProcessTemplate(TemplateFromControls(), kSampleName))) {
     MessageBox(GetDlgString(IDS_NAMING_BAD_NAME_TEXT), GetDlgString(IDS_NAMING_BAD_NAME_CAPTION), MB_OK | MB_ICONSTOP);
     OnRefused();

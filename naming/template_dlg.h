@@ -4,21 +4,23 @@
 // they are written on OK alone.
 #pragma once
 
-#include <deque>
+#include <array>
 
 #include "naming/numbering_controls.h"
 #include "services/zvdlgcommon/base_dialog.h"
 
+class CZVNamingTemplateProcessor;
+
 struct TemplateDlgIds {
   int tagList;
   int sampleList;
+  NumberingIds numeric, alpha, alnum;
 };
 
 class CZVTemplateDlg : public CZVBaseDialog {
  protected:
-  CZVTemplateDlg(UINT templateId, CWnd* parent, UINT helpNumber, TemplateDlgIds ids);
-
-  void AddSet(const NumberingFields& fields, const NumberingIds& ids) { sets_.emplace_back(fields, ids); }
+  // The ids must outlive the dialog.
+  CZVTemplateDlg(UINT templateId, CWnd* parent, UINT helpNumber, const TemplateDlgIds& ids);
 
   // The template as the controls make it.
   virtual CString TemplateFromControls() const = 0;
@@ -53,12 +55,13 @@ class CZVTemplateDlg : public CZVBaseDialog {
 
  private:
   void FillTagList();
+  void ConfigureFromControls(CZVNamingTemplateProcessor& processor) const;
   void FillSamples();
   void FitSampleColumn();
 
-  TemplateDlgIds ids_;
+  const TemplateDlgIds& ids_;
   bool following_ = false;
-  std::deque<CZVNumberingControls> sets_;
+  std::array<CZVNumberingControls, 3> sets_;
   CComboBox tags_;
   CListCtrl samples_;
 };
