@@ -155,6 +155,43 @@ TEST_F(ConversionTools, PagesAreClippedToEachFileAndShownInItsRow) {
   });
 }
 
+TEST_F(ConversionTools, PagesAreClippedToEachOfSeveralFiles) {
+  AddPicture(L"five.tif", {60, 40, FMT_TIFF, 5});
+  AddPicture(L"two.tif", {60, 40, FMT_TIFF, 2});
+  AddPicture(L"left.tif", {60, 40, FMT_TIFF, 4});
+  RunAndClose([](HWND dialog) {
+    SelectListViewRows(dialog, IDL_CONV_FILES, {0, 1});
+    Click(dialog, IDB_CONV_PAGE_OPTIONS);
+    const HWND pages = WaitForDialogWith(IDX_PAGES_ALL);
+    Click(pages, IDX_PAGES_LIST);
+    SetText(pages, IDE_PAGES_LIST, L"1,3,9");
+    CloseWith(pages, IDOK);
+    EXPECT_EQ(L"1,3", ListViewText(dialog, IDL_CONV_FILES, 0, 1));
+    EXPECT_EQ(L"1", ListViewText(dialog, IDL_CONV_FILES, 1, 1));
+    EXPECT_EQ(L"", ListViewText(dialog, IDL_CONV_FILES, 2, 1)) << "a row that was not selected";
+  });
+}
+
+TEST_F(ConversionTools, AllPagesNameEachPageOfTheFile) {
+  AddPicture(L"five.tif", {60, 40, FMT_TIFF, 5});
+  With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND conversion, HWND pages) {
+    EXPECT_TRUE(IsChecked(pages, IDX_PAGES_ALL));
+    CloseWith(pages, IDOK);
+    EXPECT_EQ(L"1,2,3,4,5", ListViewText(conversion, IDL_CONV_FILES, 0, 1));
+  });
+}
+
+TEST_F(ConversionTools, ALongPageSelectionIsCutInItsColumn) {
+  AddPicture(L"many.tif", {8, 8, FMT_TIFF, 120});
+  With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND conversion, HWND pages) {
+    CloseWith(pages, IDOK);
+    const std::wstring shown = ListViewText(conversion, IDL_CONV_FILES, 0, 1);
+    EXPECT_EQ(259u, shown.size());
+    EXPECT_EQ(L"1,2,3,4,", shown.substr(0, 8));
+    EXPECT_EQ(L"...", shown.substr(256));
+  });
+}
+
 TEST_F(ConversionTools, LogReportShowsARowForEachFileWithFullPaths) {
   params.logReport = 1;
   AddPicture(L"one.bmp");
@@ -175,6 +212,47 @@ TEST_F(ConversionTools, LogReportShowsARowForEachFileWithFullPaths) {
     EXPECT_EQ(L"two.jpg", ListViewText(log, IDL_LOG, 1, 2));
     SaveScreenshot(log, L"log_report");
     CloseWith(log, IDOK);
+  });
+}
+
+TEST_F(ConversionTools, LogReportStartsWithFullPathsAfterEachRun) {
+  params.logReport = 1;
+  params.overwriteMode = OVERWRITE_REPLACE;
+  AddPicture(L"one.bmp");
+  RunAndClose([](HWND dialog) {
+    for (int run = 0; run < 2; ++run) {
+      Click(dialog, IDB_CONV_CONVERT);
+      const HWND log = WaitForDialogWith(IDL_LOG);
+      EXPECT_TRUE(IsChecked(log, IDX_LOG_FULL_PATH)) << run;
+      Check(log, IDX_LOG_FULL_PATH, false);
+      CloseWith(log, IDOK);
+      WaitUntilIdle(dialog);
+    }
+  });
+}
+
+TEST_F(ConversionTools, LogReportOfARunThatWasAbortedAtOnceHasNoRows) {
+  params.logReport = 1;
+  params.overwriteMode = OVERWRITE_ASK;
+  AddPicture(L"one.bmp");
+  out.AddFile(L"one.jpg", {1});
+  RunAndClose([](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    Click(WaitForDialogWith(IDB_CONV_ASK_ABORT), IDB_CONV_ASK_ABORT);
+    const HWND log = WaitForDialogWith(IDL_LOG);
+    EXPECT_EQ(0, ListViewCount(log, IDL_LOG));
+    CloseWith(log, IDOK);
+  });
+}
+
+TEST_F(ConversionTools, LogReportStaysAwayWhenNothingWasQueued) {
+  params.logReport = 1;
+  AddPicture(L"one.bmp");
+  RunAndClose([](HWND dialog) {
+    SelectListBoxRows(dialog, IDL_CONV_FORMATS, {});
+    ::SendMessageW(Control(dialog, IDB_CONV_CONVERT), BM_CLICK, 0, 0);
+    EXPECT_EQ(nullptr, FindDialogTitled(L"Conversion Log-Report "));
+    EXPECT_TRUE(::IsWindowEnabled(dialog));
   });
 }
 
