@@ -14,6 +14,7 @@ struct PictureKind {
   int height = 20;
   int format = FMT_BMP;
   int pages = 1;  // each page is a pixel wider than the one before
+  int bits = 24;  // of the file
 };
 
 // Left half red, right half blue, 24 bits. False when something could not be written.
@@ -36,7 +37,7 @@ inline bool WritePicture(const std::wstring& path, const PictureKind& kind = {})
     SAVEFILEOPTION option = {};
     GetDefaultSaveFileOption(&option, sizeof option);
     option.pageNumber = page;
-    const int32_t saved = SaveBitmapToFile(path.c_str(), &bitmap, kind.format, 24, 2, &option);
+    const int32_t saved = SaveBitmapToFile(path.c_str(), &bitmap, kind.format, kind.bits, 2, &option);
     FreeBitmap(&bitmap);
     if (saved != SUCCESS) {
       return false;

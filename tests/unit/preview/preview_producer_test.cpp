@@ -113,6 +113,86 @@ TEST_F(Preview, KeepsThePictureBeforeAFileThatIsNoDrawing) {
   EXPECT_EQ(300, ShownWidth());
 }
 
+TEST_F(Preview, TakesTheSizeThatSuitsThePaneFromAnIcon) {
+  const IMAGESIZE sizes[] = {{16, 16}, {48, 48}, {208, 208}, {256, 256}};
+  ASSERT_EQ(SUCCESS, SetSaveSizeList(4, sizes));
+  const std::wstring icon = folder.File(L"icon.ico");
+  ASSERT_TRUE(WritePicture(icon, {.width = 256, .height = 256, .format = FMT_ICO, .bits = 32}));
+  ASSERT_EQ(SUCCESS, SetSaveSizeList(0, nullptr));
+  EXPECT_EQ(SUCCESS, Produce(icon));
+  EXPECT_EQ(208, ShownWidth()) << "the smallest that fills the pane's width";
+  std::wstring path = icon;
+  EXPECT_EQ(SUCCESS, producer.Produce(path, L"", 1, {40, 150}));
+  EXPECT_EQ(48, ShownWidth());
+  int32_t width = 1, height = 1;
+  GetLoadSize(FMT_ICO, &width, &height, nullptr);
+  EXPECT_EQ(0, width) << "the size is for the preview alone";
+}
+
+TEST_F(Preview, TakesTheResolutionLevelThatSuitsThePaneFromJpeg2000) {
+  const std::wstring picture = folder.File(L"picture.jp2");
+  ASSERT_TRUE(WritePicture(picture, {.width = 1600, .height = 1200, .format = FMT_JP2}));
+  EXPECT_EQ(SUCCESS, Produce(picture));
+  EXPECT_EQ(200, ShownWidth());
+  int32_t width = 1, height = 1;
+  GetLoadSize(FMT_JP2, &width, &height, nullptr);
+  EXPECT_EQ(0, width);
+}
+
+// A drawing of one by half an inch.
+std::vector<uint8_t> MakeDrawing() {
+  const RECT frame = {0, 0, 2540, 1270};
+  const HDC device = ::CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
+  ::Rectangle(device, 0, 0, 10, 10);
+  const HENHMETAFILE drawing = ::CloseEnhMetaFile(device);
+  std::vector<uint8_t> bytes(::GetEnhMetaFileBits(drawing, 0, nullptr));
+  ::GetEnhMetaFileBits(drawing, static_cast<UINT>(bytes.size()), bytes.data());
+  ::DeleteEnhMetaFile(drawing);
+  return bytes;
+}
+
+TEST_F(Preview, ShowsADrawingInItsOwnSizeWhateverTheLoadResolution) {
+  const std::wstring drawing = folder.AddFile(L"drawing.emf", MakeDrawing());
+  int32_t formerX = 0, formerY = 0, x = 0, y = 0;
+  GetLoadDpi(&formerX, &formerY);
+  ASSERT_EQ(SUCCESS, SetLoadDpi(600, 500));
+  producer.rules.vectorOnly = true;
+  EXPECT_EQ(SUCCESS, Produce(drawing));
+  EXPECT_NEAR(96, ShownWidth(), 2);
+  GetLoadDpi(&x, &y);
+  EXPECT_EQ(600, x) << "the resolution is put back";
+  EXPECT_EQ(500, y);
+  SetLoadDpi(formerX, formerY);
+}
+
+TEST_F(Preview, ShowsTheFullImageWhenTheStampIsDamaged) {
+  const std::wstring path = folder.File(L"damaged stamp.cmp");
+  ASSERT_TRUE(WriteWithStamp(path));
+  // The stamp stands first in the container; its stream loses its beginning.
+  HANDLE file = ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(INVALID_HANDLE_VALUE, file);
+  constexpr DWORD kContainerHeader = 32;
+  ::SetFilePointer(file, kContainerHeader, nullptr, FILE_BEGIN);
+  DWORD written = 0;
+  ::WriteFile(file, "no picture", 10, &written, nullptr);
+  ::CloseHandle(file);
+  EXPECT_EQ(SUCCESS, Produce(path));
+  EXPECT_EQ(640, ShownWidth());
+  EXPECT_FALSE(producer.IsStamp());
+}
+
+TEST_F(Preview, ShowsNoPictureButKeepsTheInformationOfAFileThatEndsInItsPixels) {
+  ASSERT_EQ(SUCCESS, Produce(stamped));
+  const std::wstring cut = folder.File(L"cut.bmp");
+  ASSERT_TRUE(WritePicture(cut, {.width = 300, .height = 100}));
+  HANDLE file = ::CreateFileW(cut.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ::SetFilePointer(file, 5000, nullptr, FILE_BEGIN);
+  ::SetEndOfFile(file);
+  ::CloseHandle(file);
+  Produce(cut);
+  EXPECT_EQ(0, ShownWidth()) << "not the picture before";
+}
+
 struct Answer {
   BITMAPHANDLE bitmap = {};
   std::wstring askedFor;

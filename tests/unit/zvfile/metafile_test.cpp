@@ -55,6 +55,24 @@ TEST(Metafile, HasTheSizeOfTheLoadResolution) {
   SetLoadDpi(oldX, oldY);
 }
 
+TEST(Metafile, HasTheSizeOfAScreenWithoutALoadResolution) {
+  TestFolder folder;
+  const auto path = folder.Path(u"a.emf");
+  WriteBytes(path, MakeEmf());
+  int32_t oldX = 0, oldY = 0;
+  ASSERT_EQ(GetLoadDpi(&oldX, &oldY), SUCCESS);
+  ASSERT_EQ(SetLoadDpi(0, 0), SUCCESS);
+  FILEINFO info;
+  EXPECT_EQ(Info(path, info), SUCCESS);
+  SetLoadDpi(oldX, oldY);
+  EXPECT_NEAR(info.width, 2 * 96, 2);
+  info.flags |= FILEINFO_LOAD_SIZE_GIVEN;
+  Picture loaded;
+  ASSERT_EQ(Load(path, loaded, 0, ORDER_BGR_OR_GRAY, nullptr, &info), SUCCESS);
+  EXPECT_NEAR(loaded->width, 2 * 96, 2) << "a size that is given goes before the load resolution";
+  ExpectHalves(loaded.bitmap);
+}
+
 TEST(Metafile, ResolutionOfTheLoadOptionComesFirst) {
   TestFolder folder;
   const auto path = folder.Path(u"a.emf");
