@@ -124,6 +124,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void GoToFolder(int specialFolder);
   void TypeFolder(LPCWSTR path);
   void FinishNavigation();
+  void KeepReturnedName();
 
   // open_dlg_toolbar.cpp
   void AddToolBarButtons();
@@ -150,6 +151,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   CZVShortcutBar places_;
   int placeGroup_ = -1;
   CString savedFileNameText_;  // while the name box holds the path of a place
+  bool typedNameReturned_ = false;
 
   std::wstring currentPath_;
   int32_t currentPage_ = 1;

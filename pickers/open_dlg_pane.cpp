@@ -81,6 +81,7 @@ void CZVOpenDlg::OnFolderChange() {
 }
 
 LRESULT CZVOpenDlg::OnLayOutAgain(WPARAM, LPARAM) {
+  KeepReturnedName();
   LayOut();
   return 0;
 }

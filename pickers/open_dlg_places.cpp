@@ -1,6 +1,8 @@
 // The bar of places on shells that bring none of the right kind, and the way to a folder.
 #include <shlobj.h>
 
+#include <utility>
+
 #include "pickers/common_dialog.h"
 #include "pickers/navigating_mark.h"
 #include "pickers/open_dlg.h"
@@ -94,5 +96,13 @@ void CZVOpenDlg::FinishNavigation() {
   if (navigatingThroughNameBox) {
     ::SetWindowTextW(FileNameBox(Outer()), savedFileNameText_);
     navigatingThroughNameBox = false;
+    typedNameReturned_ = true;
+  }
+}
+
+// Some shells empty the name box at the end of the step in which they tell of the new folder.
+void CZVOpenDlg::KeepReturnedName() {
+  if (std::exchange(typedNameReturned_, false)) {
+    ::SetWindowTextW(FileNameBox(Outer()), savedFileNameText_);
   }
 }
