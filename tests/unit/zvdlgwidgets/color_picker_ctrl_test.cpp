@@ -41,9 +41,12 @@ class ColorPicker : public testing::Test {
  protected:
   ColorPicker() { picker_.SubclassDlgItem(kPicker, &host_); }
 
-  void Open(void (*steps)(HWND dialog)) {
+  static void Prepare(void (*steps)(HWND dialog)) {
     script = steps;
     ::SetTimer(nullptr, 0, 10, &RunScript);
+  }
+  void Open(void (*steps)(HWND dialog)) {
+    Prepare(steps);
     picker_.SendMessage(BM_CLICK);
   }
 
@@ -70,6 +73,23 @@ TEST_F(ColorPicker, NewChoiceIsReported) {
   });
   EXPECT_EQ(77, GetRValue(picker_.GetRGBColorRef()));
   EXPECT_EQ(1, host_.CountOf(kPicker, ZVN_VALUECHANGED));
+}
+
+TEST_F(ColorPicker, SpaceEnterAndTheDownKeyOpenTheChoice) {
+  int expected = 0;
+  for (const UINT key : {VK_SPACE, VK_RETURN, VK_DOWN}) {
+    picker_.SetRGB(RGB(1, 2, 3));
+    host_.GotoDlgCtrl(&picker_);
+    Prepare([](HWND dialog) {
+      ::SetDlgItemInt(dialog, kRedEdit, 77, FALSE);
+      ::SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+    });
+    WidgetHost::Press(key);
+    EXPECT_EQ(RGB(77, 2, 3), picker_.GetRGBColorRef()) << key;
+    EXPECT_EQ(++expected, host_.CountOf(kPicker, ZVN_VALUECHANGED)) << key;
+    EXPECT_EQ(picker_.m_hWnd, ::GetFocus()) << "the focus is back on the well";
+  }
+  EXPECT_EQ(0, host_.CountOf(IDOK, BN_CLICKED)) << "Enter went to the well alone";
 }
 
 TEST_F(ColorPicker, CancelledChoiceChangesNothing) {

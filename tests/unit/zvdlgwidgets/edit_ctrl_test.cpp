@@ -14,17 +14,6 @@ class EditCtrl : public testing::Test {
     edit_.SetFocus();
   }
 
-  void PutOnClipboard(LPCWSTR text) {
-    ASSERT_TRUE(::OpenClipboard(host_));
-    ::EmptyClipboard();
-    const size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
-    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, bytes);
-    memcpy(::GlobalLock(memory), text, bytes);
-    ::GlobalUnlock(memory);
-    ::SetClipboardData(CF_UNICODETEXT, memory);
-    ::CloseClipboard();
-  }
-
   WidgetHost host_;
   CZVEditCtrl edit_;
 };
@@ -64,10 +53,10 @@ TEST_F(EditCtrl, BackspaceWorks) {
 
 TEST_F(EditCtrl, PastedTextMustFitAsAWhole) {
   WidgetHost::Type(L"7");
-  PutOnClipboard(L"12ab");
+  host_.PutOnClipboard(L"12ab");
   edit_.Paste();
   EXPECT_STREQ(L"7", TextOf(edit_));
-  PutOnClipboard(L"345");
+  host_.PutOnClipboard(L"345");
   edit_.Paste();
   EXPECT_STREQ(L"7345", TextOf(edit_));
 }

@@ -84,6 +84,27 @@ TEST_F(MaskEdit, TypingOverASelectionEmptiesItFirst) {
   EXPECT_STREQ(L"9___", TextOf(edit));
 }
 
+TEST_F(MaskEdit, PastedCharactersFillThePlacesThatTheyBelongIn) {
+  CZVMaskEdit edit(L"0<0", L'_');
+  Bind(edit);
+  edit.SetSel(0, 0);
+  host_.PutOnClipboard(L"7-Q8");
+  edit.Paste();
+  EXPECT_STREQ(L"7q8", TextOf(edit));
+}
+
+TEST_F(MaskEdit, CutTextLeavesEmptyPlacesAndGoesToTheClipboard) {
+  CZVMaskEdit edit(L"0000", L'_');
+  Bind(edit);
+  edit.SetWindowText(L"1234");
+  edit.SetSel(1, 3);
+  edit.Cut();
+  EXPECT_STREQ(L"1__4", TextOf(edit));
+  edit.SetSel(1, 1);
+  edit.Paste();
+  EXPECT_STREQ(L"1234", TextOf(edit));
+}
+
 TEST_F(MaskEdit, ChangingMaskOrPromptEmptiesAllPlaces) {
   CZVMaskEdit edit(L"0", L'0');
   Bind(edit);

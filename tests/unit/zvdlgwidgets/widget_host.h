@@ -56,6 +56,17 @@ class WidgetHost : public CDialog {
     }
   }
 
+  void PutOnClipboard(LPCWSTR text) {
+    ASSERT_TRUE(::OpenClipboard(m_hWnd));
+    ::EmptyClipboard();
+    const size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
+    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, bytes);
+    memcpy(::GlobalLock(memory), text, bytes);
+    ::GlobalUnlock(memory);
+    ::SetClipboardData(CF_UNICODETEXT, memory);
+    ::CloseClipboard();
+  }
+
   std::vector<Notification> notifications;
 
  protected:
