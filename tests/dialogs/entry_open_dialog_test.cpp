@@ -323,20 +323,12 @@ TEST_F(OpenDialog, GivesEightBitRecords) {
 
 TEST_F(OpenDialog, LeavesNothingBehindAfterTwoHundredOpenings) {
   openFileName.lpstrFilter = L"Bitmaps\0*.bmp\0";
-  const auto open = [this](int times) {
-    for (int i = 0; i < times; ++i) {
-      ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(L"second.bmp"));
-      FreeFiles(params);
-    }
-  };
-  open(20);
-  const ResourceUse before = CurrentResourceUse();
-  open(200);
-  const ResourceUse after = CurrentResourceUse();
-  EXPECT_LE(after.gdiObjects, before.gdiObjects);
-  EXPECT_LE(after.userObjects, before.userObjects);
-  constexpr size_t kNoise = 64 * 1024;  // of the system's caches, over all openings
-  EXPECT_LE(after.heapBytes, before.heapBytes + kNoise);
+  ExpectNothingLeftBehind(
+      [this] {
+        EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(L"second.bmp"));
+        FreeFiles(params);
+      },
+      {.systemLeaves = SystemOpenDialogLeaves()});
 }
 
 }  // namespace

@@ -348,20 +348,14 @@ TEST_F(OpenPreview, SaysThatAFileCannotBeRead) {
 }
 
 TEST_F(OpenPreview, LeavesNothingBehind) {
-  const auto open = [this](int times) {
-    for (int i = 0; i < times; ++i) {
-      Open([](HWND dialog) {
-        SelectFile(dialog, L"picture.bmp");
-        Cancel(dialog);
-      });
-    }
-  };
-  open(5);
-  const ResourceUse before = CurrentResourceUse();
-  open(20);
-  const ResourceUse after = CurrentResourceUse();
-  EXPECT_LE(after.gdiObjects, before.gdiObjects + 2);
-  EXPECT_LE(after.userObjects, before.userObjects + 2);
+  ExpectNothingLeftBehind(
+      [this] {
+        Open([](HWND dialog) {
+          SelectFile(dialog, L"picture.bmp");
+          Cancel(dialog);
+        });
+      },
+      {.systemLeaves = SystemOpenDialogLeaves()});
 }
 
 }  // namespace

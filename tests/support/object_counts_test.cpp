@@ -125,7 +125,7 @@ TEST(ObjectCounts, NameWhatGrew) {
   EXPECT_EQ(Growth({{"brush", 2}}, {{"brush", 1}}), "");
 }
 
-constexpr LeakCheck kShort = {.warmUp = 1, .times = 4, .patience = 100};
+const LeakCheck kShort = {.warmUp = 1, .times = 4, .patience = 100};
 
 TEST(LeakChecks, PassWhatCleansUp) {
   ExpectNothingLeftBehind([] { ::DeleteObject(::CreateSolidBrush(RGB(1, 2, 3))); }, kShort);

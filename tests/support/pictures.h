@@ -17,7 +17,7 @@ struct PictureKind {
   int bits = 24;  // of the file
 };
 
-// Left half red, right half blue, 24 bits. False when something could not be written.
+// Left half red, right half blue. False when something could not be written.
 inline bool WritePicture(const std::wstring& path, const PictureKind& kind = {}) {
   uint32_t memory = 0;
   GetDefaultBitmapMemoryFlags(&memory);

@@ -127,14 +127,17 @@ TEST(TextConversion, LoneSurrogatesBecomeReplacementCharacters) {
                "a\xEF\xBF\xBD");
 }
 #else
-TEST(TextConversion, AccentsOfTheWesternCodePageGoBothWays) {
-  if (GetACP() != 1252) GTEST_SKIP() << "the ANSI code page is " << GetACP() << ", not 1252";
-  wchar_t wide[8];
-  ASSERT_EQ(ConvertAnsiToWide("\xE9\x80", wide, 8), SUCCESS);
-  EXPECT_STREQ(wide, L"\u00e9\u20ac");
-  char narrow[8];
-  ASSERT_EQ(ConvertWideToAnsi(wide, narrow, 8), SUCCESS);
-  EXPECT_STREQ(narrow, "\xE9\x80");
+TEST(TextConversion, CharactersOfTheSystemsCodePageGoBothWays) {
+  char expected[16] = {};
+  ASSERT_GT(WideCharToMultiByte(CP_ACP, 0, L"\u00e9\u20ac", -1, expected, 16, nullptr, nullptr), 0);
+  char narrow[16];
+  ASSERT_EQ(ConvertWideToAnsi(L"\u00e9\u20ac", narrow, 16), SUCCESS);
+  EXPECT_STREQ(narrow, expected);
+  wchar_t expectedWide[16] = {};
+  ASSERT_GT(MultiByteToWideChar(CP_ACP, 0, expected, -1, expectedWide, 16), 0);
+  wchar_t wide[16];
+  ASSERT_EQ(ConvertAnsiToWide(expected, wide, 16), SUCCESS);
+  EXPECT_STREQ(wide, expectedWide);
 }
 
 TEST(TrackedDevice, IsGivenAndTakenBack) {

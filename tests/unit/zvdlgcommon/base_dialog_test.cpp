@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "services/zvdlgbase/zvdlgbase.h"
+#include "tests/support/leak_check.h"
 
 namespace {
 
@@ -191,18 +192,7 @@ TEST(BaseDialog, MissingTemplateFailsTheRun) {
 }
 
 TEST(BaseDialog, OpeningOftenLeavesNoObjectsBehind) {
-  const auto open = [] { ModalDialog(IDOK).DoModal(); };
-  open();
-  const DWORD gdi = ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS);
-  const DWORD user = ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS);
-  if (gdi == 0 && user == 0) {
-    GTEST_SKIP() << "this system does not count its objects";
-  }
-  for (int i = 0; i < 50; ++i) {
-    open();
-  }
-  EXPECT_EQ(gdi, ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS));
-  EXPECT_EQ(user, ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS));
+  zvtest::ExpectNothingLeftBehind([] { ModalDialog(IDOK).DoModal(); }, {.times = 50});
 }
 
 }  // namespace
