@@ -152,7 +152,7 @@ bool CZVOpenDlg::OnShellViewReady() {
     ::SendMessageW(view, WM_COMMAND, viewCommand_, 0);
   }
   ApplyDialogFont(outer);
-  WidenPageLabel();
+  FitOwnRow();
   if (HasOldStyleShell()) {
     CreatePlacesBar();
   }
@@ -264,19 +264,6 @@ void CZVOpenDlg::SetTexts() {
   SetControlString(m_hWnd, IDT_OPEN_PAGE, IDS_OPEN_PAGE);
   SetControlString(m_hWnd, IDB_OPEN_DELETE_PAGE, IDS_OPEN_DELETE_PAGE);
   SetControlString(m_hWnd, IDX_OPEN_LOAD_OPTIONS, IDS_OPEN_SHOW_LOAD_OPTIONS);
-}
-
-// The label may take the room up to its box when its text asks for it.
-void CZVOpenDlg::WidenPageLabel() {
-  const HWND label = ::GetDlgItem(m_hWnd, IDT_OPEN_PAGE);
-  const unique_window_dc device(label);
-  const dc_selection selected(device.get(), reinterpret_cast<HFONT>(::SendMessageW(label, WM_GETFONT, 0, 0)));
-  CRect text;
-  ::DrawTextW(device.get(), WindowText(label), -1, text, DT_CALCRECT | DT_SINGLELINE);
-  CRect area = RectInside(m_hWnd, label);
-  const LONG box = RectInside(m_hWnd, ::GetDlgItem(m_hWnd, IDE_OPEN_PAGE)).left;
-  area.right = std::clamp(area.left + text.Width(), area.right, std::max(area.right, box));
-  MoveInside(label, area);
 }
 
 void CZVOpenDlg::DeriveDefaultExtension() {

@@ -83,7 +83,6 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void ApplyFlags();
   void ApplyHelpStyle();
   void SetTexts();
-  void WidenPageLabel();
   void DeriveDefaultExtension();
   std::vector<std::wstring> ChosenPaths() const;
   HWND Outer() const { return ::GetParent(m_hWnd); }
@@ -109,6 +108,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
 
   // open_dlg_layout.cpp
   void LayOut();
+  void FitOwnRow();
   void ShiftRows();
   void KeepOwnRowClear(LONG bottomOfRows);
   void LayOutRows(const CRect& client);

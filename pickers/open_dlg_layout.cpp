@@ -3,15 +3,37 @@
 
 #include "pickers/common_dialog.h"
 #include "pickers/open_dlg.h"
+#include "platform/unique_handle.h"
 #include "resources/picker_ids.h"
 
 namespace {
 
 constexpr int kFirstShift = 25;     // pixels
 constexpr int kViewAboveOk = 6;     // pixels
-constexpr int kGapAboveOwnRow = 5;  // pixels, at least
+constexpr int kGapAboveOwnRow = 5;  // pixels
 constexpr int kShiftedControls[] = {kShellHelp,      IDOK,           IDCANCEL, kShellTypeCombo, kShellTypeLabel,
                                     kShellNameCombo, kShellNameLabel};
+
+// From left to right.
+constexpr int kOwnRow[] = {IDX_OPEN_LOAD_OPTIONS, IDT_OPEN_PAGE, IDE_OPEN_PAGE, IDB_OPEN_DELETE_PAGE};
+constexpr int kOwnRowGap = 4;  // pixels
+
+// Pixels that the control's text and what stands around it take.
+int WidthNeeded(HWND control, int id) {
+  constexpr int kButtonFrame = 12, kBehindCheckBox = 8;
+  if (id == IDE_OPEN_PAGE) {
+    return 0;
+  }
+  const unique_window_dc device(control);
+  const dc_selection selected(device.get(), reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0)));
+  CRect text;
+  ::DrawTextW(device.get(), WindowText(control), -1, text, DT_CALCRECT | DT_SINGLELINE);
+  switch (id) {
+    case IDX_OPEN_LOAD_OPTIONS: return text.Width() + ::GetSystemMetrics(SM_CXMENUCHECK) + kBehindCheckBox;
+    case IDB_OPEN_DELETE_PAGE: return text.Width() + kButtonFrame;
+    default: return text.Width();
+  }
+}
 
 }  // namespace
 
@@ -49,6 +71,24 @@ void CZVOpenDlg::LayOut() {
   LayOutTopRow(client);
 }
 
+// The user's font may be wider than that of the template: each control gets the room that its text needs, and those to its
+// right make way.
+void CZVOpenDlg::FitOwnRow() {
+  LONG free = 0;
+  for (const int id : kOwnRow) {
+    const HWND control = ::GetDlgItem(m_hWnd, id);
+    if (!(::GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE)) {
+      continue;
+    }
+    CRect rect = ShellRect(control);
+    const LONG width = std::max<LONG>(rect.Width(), WidthNeeded(control, id));
+    rect.left = std::max(rect.left, free);
+    rect.right = rect.left + width;
+    MoveInside(control, rect);
+    free = rect.right + kOwnRowGap;
+  }
+}
+
 // Once: the rows below the list move down into the room that the template leaves. The shell makes its view anew in each folder,
 // where its place holder stands; so that one grows with the view.
 void CZVOpenDlg::ShiftRows() {
@@ -77,14 +117,14 @@ void CZVOpenDlg::ShiftRows() {
 
 // Some systems leave less room than the template asks for; the shell's rows would cover ours.
 void CZVOpenDlg::KeepOwnRowClear(LONG bottomOfRows) {
-  const LONG covered = bottomOfRows + kGapAboveOwnRow - ShellRect(::GetDlgItem(m_hWnd, IDB_OPEN_DELETE_PAGE)).top;
+  const LONG covered = bottomOfRows - ShellRect(::GetDlgItem(m_hWnd, IDB_OPEN_DELETE_PAGE)).top;
   if (covered <= 0) {
     return;
   }
-  for (const int id : {IDX_OPEN_LOAD_OPTIONS, IDT_OPEN_PAGE, IDE_OPEN_PAGE, IDB_OPEN_DELETE_PAGE}) {
+  for (const int id : kOwnRow) {
     const HWND control = ::GetDlgItem(m_hWnd, id);
     CRect rect = ShellRect(control);
-    rect.OffsetRect(0, covered);
+    rect.OffsetRect(0, covered + kGapAboveOwnRow);
     MoveInside(control, rect);
   }
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr COLORREF kMaskColor = RGB(0xC0, 0xC0, 0xC0);
 constexpr BYTE kAutoSize = 0x10;
 constexpr LPARAM kButtonSize = 0x160018;  // 24 x 22 pixels
-constexpr int kAddedWidth = 40;           // pixels, for both buttons
+constexpr int kAddedWidth = 40;           // pixels, for both buttons; more where the shell's own bar is a tight fit
 constexpr int kTipLength = 80;
 
 int CommandAt(HWND toolBar, int index) {
@@ -38,6 +38,15 @@ void AddStyle(HWND window, LONG style) {
 }
 
 int ButtonCount(HWND toolBar) { return static_cast<int>(::SendMessageW(toolBar, TB_BUTTONCOUNT, 0, 0)); }
+
+// Pixels by which the last button stands out of the bar.
+int MissingWidth(HWND toolBar) {
+  CRect last, client;
+  ::SendMessageW(toolBar, TB_GETITEMRECT, static_cast<WPARAM>(ButtonCount(toolBar) - 1),
+                 reinterpret_cast<LPARAM>(static_cast<LPRECT>(last)));
+  ::GetClientRect(toolBar, client);
+  return last.right - client.right;
+}
 
 }  // namespace
 
@@ -64,7 +73,7 @@ void CZVOpenDlg::AddToolBarButtons() {
   }
   InsertToolBarButton(ID_OPEN_PREVIEW, IDB_OPEN_ART_PREVIEW, BTNS_CHECK | kAutoSize);
   CRect frame = RectInside(Outer(), toolBar_);
-  frame.right += kAddedWidth;
+  frame.right += std::max(kAddedWidth, MissingWidth(toolBar_));
   MoveInside(toolBar_, frame);
   // Its commands come to us now; OnCommand passes on those that are the shell's.
   ::SendMessageW(toolBar_, TB_SETPARENT, reinterpret_cast<WPARAM>(m_hWnd), 0);
