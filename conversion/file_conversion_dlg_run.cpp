@@ -107,6 +107,7 @@ int32_t CZVFileConversionDlg::AskOverwrite(const CString& destination) {
   CString message;
   message.Format(GetDlgString(IDS_ASK_MESSAGE), destination);
   CZVFileConversionDlgAskBoxDlg ask(progressDlg_, message);
+  ask.InheritHelp(*this);
   ask.DoModal();
   return ask.GetAnswer();
 }

@@ -52,6 +52,7 @@ POINT* CZVBaseDialog::SetPositionPoint(POINT* point) {
 void CZVBaseDialog::InheritHelp(const CZVBaseDialog& opener) {
   helpCallback_ = opener.helpCallback_;
   helpUserData_ = opener.helpUserData_;
+  hasQuestionMark_ = opener.hasQuestionMark_;
 }
 
 BOOL CZVBaseDialog::OnInitDialog() {
@@ -87,18 +88,21 @@ bool CZVBaseDialog::SetControlString(int controlId, UINT stringId) {
 void CZVBaseDialog::ApplyHelpRule() {
   HWND help = nullptr;
   GetDlgItem(IDHELP, &help);
-  if (helpCallback_) {
+  if (helpCallback_ || hasQuestionMark_) {
     AddContextHelpStyle();
-    if (help) {
-      ::ShowWindow(help, SW_SHOW);
-    }
+  }
+  if (help && helpCallback_) {
+    ::ShowWindow(help, SW_SHOW);
   } else if (help) {
     ::ShowWindow(help, SW_HIDE);
     CloseUpButtonRow();
   }
 }
 
-void CZVBaseDialog::AddContextHelpStyle() { ModifyStyleEx(0, WS_EX_CONTEXTHELP, SWP_FRAMECHANGED); }
+void CZVBaseDialog::AddContextHelpStyle() {
+  hasQuestionMark_ = true;
+  ModifyStyleEx(0, WS_EX_CONTEXTHELP, SWP_FRAMECHANGED);
+}
 
 void CZVBaseDialog::CloseUpButtonRow() {
   HWND help = nullptr;

@@ -26,7 +26,7 @@ class CZVBaseDialog : public CDialog {
   HELPCALLBACK GetHelpCallback() const { return helpCallback_; }
   void SetHelpCallBackUserData(void* userData) { helpUserData_ = userData; }
   void* GetHelpCallBackUserData() const { return helpUserData_; }
-  // Takes callback and user data over from the dialog that opens this one.
+  // Before DoModal or Create: takes callback, user data and the question mark over from the dialog that opens this one.
   void InheritHelp(const CZVBaseDialog& opener);
   UINT GetHelpNumber() const { return helpNumber_; }
 
@@ -46,7 +46,7 @@ class CZVBaseDialog : public CDialog {
   // Centres what is left of the Help button's row. The row is found by place: the visible push buttons that stand
   // beside the Help button. Override it for a dialog with another idea.
   virtual void CloseUpButtonRow();
-  // The question mark in the title bar.
+  // The question mark in the title bar; dialogs that inherit this one's help get it as well.
   void AddContextHelpStyle();
 
   afx_msg BOOL OnHelpInfo(HELPINFO* info);
@@ -60,4 +60,5 @@ class CZVBaseDialog : public CDialog {
   HELPCALLBACK helpCallback_ = nullptr;
   void* helpUserData_ = nullptr;
   UINT helpNumber_ = 0;
+  bool hasQuestionMark_ = false;
 };

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "resources/conversion_tools_ids.h"
+#include "resources/naming_ids.h"
 #include "tests/dialogs/conversion_fixture.h"
 
 namespace {
@@ -125,6 +126,48 @@ TEST_F(ConversionTools, RotateOpensWithWhatOKLeft) {
     EXPECT_EQ(2, ComboSelection(rotate, IDC_ROTATE_INTERPOLATION));
     EXPECT_TRUE(IsChecked(rotate, IDX_ROTATE_RESIZE));
     CloseWith(rotate, IDCANCEL);
+  });
+}
+
+bool HasQuestionMark(HWND dialog) { return ::GetWindowLongW(dialog, GWL_EXSTYLE) & WS_EX_CONTEXTHELP; }
+
+TEST_F(ConversionTools, AllHaveAQuestionMarkWhenTheConversionDialogHasOne) {
+  constexpr std::pair<int, int> kTools[] = {{IDB_CONV_NAMING, IDE_NAMING_TEMPLATE},
+                                            {IDB_CONV_CUSTOMIZE, IDX_RENAME_PREFIX},
+                                            {IDB_CONV_RESIZE, IDX_RESIZE_ENABLE},
+                                            {IDB_CONV_ROTATE, IDE_ROTATE_ANGLE},
+                                            {IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL}};
+  params.overwriteMode = OVERWRITE_RENAME;
+  AddPicture(L"one.bmp");
+  for (const bool wanted : {false, true}) {
+    params.uiFlags = kOfferEverything | (wanted ? CONVDLG_CONTEXT_HELP : 0);
+    RunAndClose([&](HWND dialog) {
+      for (const auto& [button, control] : kTools) {
+        Click(dialog, button);
+        const HWND tool = WaitForDialogWith(control);
+        EXPECT_EQ(wanted, HasQuestionMark(tool)) << button;
+        EXPECT_FALSE(IsShown(tool, IDB_TOOLS_HELP)) << button;
+        CloseWith(tool, IDCANCEL);
+      }
+    });
+  }
+}
+
+TEST_F(ConversionTools, TheRunsDialogsHaveAQuestionMarkWhenTheConversionDialogHasOne) {
+  params.uiFlags |= CONVDLG_CONTEXT_HELP;
+  params.logReport = 1;
+  params.overwriteMode = OVERWRITE_ASK;
+  AddPicture(L"one.bmp");
+  out.AddFile(L"one.jpg", {1});
+  RunAndClose([](HWND dialog) {
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND ask = WaitForDialogWith(IDB_CONV_ASK_SKIP);
+    EXPECT_TRUE(HasQuestionMark(ask));
+    EXPECT_TRUE(HasQuestionMark(WaitForDialogWith(IDP_CONV_TOTAL)));
+    Click(ask, IDB_CONV_ASK_SKIP);
+    const HWND log = WaitForDialogWith(IDL_LOG);
+    EXPECT_TRUE(HasQuestionMark(log));
+    CloseWith(log, IDOK);
   });
 }
 

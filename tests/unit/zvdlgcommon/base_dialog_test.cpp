@@ -139,6 +139,20 @@ TEST(BaseDialog, HelpIsHandedOnToADialogThatThisOneOpens) {
   EXPECT_EQ(&userData, opened.GetHelpCallBackUserData());
 }
 
+TEST(BaseDialog, QuestionMarkIsHandedOnWithoutACallback) {
+  class Asking : public TestDialog {
+   public:
+    using TestDialog::AddContextHelpStyle;
+  } opener;
+  opener.Open();
+  opener.AddContextHelpStyle();
+  TestDialog opened;
+  opened.InheritHelp(opener);
+  opened.Open();
+  EXPECT_TRUE(opened.GetExStyle() & WS_EX_CONTEXTHELP);
+  EXPECT_FALSE(opened.Shows(IDHELP));
+}
+
 TEST(BaseDialog, PositionPointPlacesTheNextDialogAlone) {
   POINT point = {123, 45};
   EXPECT_EQ(nullptr, CZVBaseDialog::SetPositionPoint(&point));
