@@ -65,13 +65,14 @@ ZV_WIRE_FIELD(OPENDLGFILEDATA, format, 576);
 ZV_WIRE_FIELD(OPENDLGFILEDATA, formatOptions, 580);
 ZV_WIRE_FIELD(OPENDLGFILEDATA, rasterizeDoc, 588);
 
-/* formatOptions by class of format (the Is...Format predicates of zvdlgbase tell the class). */
+/* formatOptions by class of format (the Is...Format predicates of zvdlgbase tell the class). The size word is set only in records
+ * that the user has edited; those filled from the library-wide settings have 0 there. */
 typedef struct tagVECTORFORMATOPTION { /* IsVectorViewFormat */
   uint32_t uStructSize;                /*  0: 80 */
   int32_t viewWidth;                   /*  4 */
   int32_t viewHeight;                  /*  8 */
   int32_t viewMode;                    /* 12 */
-  wchar_t faceName[32];                /* 16: font that replaces those of the drawing; empty keeps them */
+  wchar_t faceName[32];                /* 16: the face that all fonts of the drawing get */
 } VECTORFORMATOPTION;
 static_assert(sizeof(VECTORFORMATOPTION) == 80, "wire format");
 ZV_WIRE_FIELD(VECTORFORMATOPTION, faceName, 16);

@@ -281,43 +281,6 @@ void CZVOpenDlg::OnTypeChange() {
   ::SetWindowTextW(box, WindowText(box));
 }
 
-BOOL CZVOpenDlg::OnFileNameOK() {
-  const std::vector<std::wstring> paths = ChosenPaths();
-  if (paths.empty()) {
-    return TRUE;
-  }
-  params_->showPreview = previewShown_;
-  params_->showLoadOptions = loadOptionsSwitch_.GetCheck() == BST_CHECKED;
-  status_ = SUCCESS;
-  if (params_->showLoadOptions) {
-    // Without its load options frame the dialog goes on as with one that refuses the files.
-    return TRUE;
-  }
-  const CWaitCursor wait;
-  const OpenRequest request = {params_->flags, static_cast<int32_t>(pageEdit_.GetValue()), params_->statusCallback,
-                               params_->statusCallbackUserData};
-  status_ = files_.Read(MakeFileList(paths, params_->flags), request);
-  if (status_ == SUCCESS) {
-    files_.HandOver(*params_);
-  } else {
-    params_->files = nullptr;
-  }
-  return FALSE;
-}
-
-std::vector<std::wstring> CZVOpenDlg::ChosenPaths() const {
-  if (m_ofn.Flags & OFN_ALLOWMULTISELECT) {
-    return ParseSelectionList(m_ofn.lpstrFile);
-  }
-  std::wstring path(kSelectionLength + 1, L'\0');
-  const LRESULT length =
-      ::SendMessageW(::GetParent(m_hWnd), CDM_GETFILEPATH, kSelectionLength, reinterpret_cast<LPARAM>(path.data()));
-  const bool fits = length > 0 && static_cast<uint32_t>(length) <= kSelectionLength;
-  // Some systems put the folder in front of a typed full path too; the dialog's own buffer has it right.
-  const bool exists = fits && ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-  return ParseSelectionList(exists ? path.c_str() : m_ofn.lpstrFile);
-}
-
 BOOL CZVOpenDlg::OnHelpInfo(HELPINFO* info) {
   if (params_->helpCallback) {
     params_->helpCallback(kHelpNumber, info->iCtrlId, params_->helpUserData);

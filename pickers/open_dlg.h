@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "include/zvfiledlg_open.h"
+#include "pickers/file_info_step.h"
+#include "pickers/load_options_step.h"
 #include "pickers/open_rules.h"
 #include "pickers/opened_files.h"
 #include "platform/button.h"
@@ -84,22 +86,25 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void ApplyHelpStyle();
   void SetTexts();
   void DeriveDefaultExtension();
-  std::vector<std::wstring> ChosenPaths() const;
   HWND Outer() const { return ::GetParent(m_hWnd); }
   bool Wants(uint32_t flag) const { return (params_->flags & flag) != 0; }
+
+  // open_dlg_selection.cpp
+  bool TakeSelectedPath();
+  std::vector<std::wstring> ChosenPaths() const;
+  LoadOptionsOutcome AskLoadOptions(std::vector<OPENDLGFILEDATA>& list);
+  void ReadFiles(const std::vector<OPENDLGFILEDATA>& list);
 
   // open_dlg_pages.cpp
   void ShowPage(int32_t page);
   void EnablePageControls(bool enable);
   void TakeTypedPage(bool keepsPageThatExists);
-  int32_t ReadSelectedInfo(FILEINFO& info, LOADFILEOPTION& option);
   void ShowReadFailure(int32_t status);
 
   // open_dlg_pane.cpp
   CWnd* PreviewPane() override { return pane_.GetSafeHwnd() ? &pane_ : nullptr; }
   void ShowPreviewBitmap(BITMAPHANDLE* bitmap) override;
   void OnPreviewFailed() override { EnablePageControls(false); }
-  bool TakeSelectedPath();
   void LoadPreview();
   void ShowPane(bool show);
   bool CreatePane();
@@ -139,6 +144,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   std::wstring defaultExtension_;
   int32_t status_;
   OpenedFiles files_;
+  FileInfoDialogs fileInfoDialogs_;
   int32_t firstXDpi_ = 0, firstYDpi_ = 0;  // the load resolution that was in force before the dialog
 
   CButton loadOptionsSwitch_;

@@ -1,22 +1,11 @@
 // The pages of the chosen file, and its file information.
+#include "pickers/file_info_step.h"
 #include "pickers/open_dlg.h"
 #include "pickers/page_probe.h"
 #include "platform/afx.h"
-#include "preview/format_sets.h"
 #include "resources/picker_ids.h"
 #include "services/zvdlgbase/string_ids.h"
 #include "services/zvdlgutil/dialog_string.h"
-
-namespace {
-
-constexpr uint32_t kCountPages = 1;
-
-bool Exists(const std::wstring& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-}  // namespace
 
 void CZVOpenDlg::ShowPage(int32_t page) {
   currentPage_ = page;
@@ -83,58 +72,24 @@ void CZVOpenDlg::OnDeletePage() {
 }
 
 void CZVOpenDlg::OnFileInfo() {
-  LOADFILEOPTION option = {};
-  GetDefaultLoadFileOption(&option, sizeof(option));
-  option.pageNumber = currentPage_;
-  FILEINFO info = {};
-  info.uStructSize = sizeof(info);
-  const FILEINFO& held = producer_.Info();
-  const int32_t status = ReadSelectedInfo(info, option);
-  if (status != SUCCESS) {
-    status_ = status;
-    ShowReadFailure(status);
+  TakeSelectedPath();
+  const FileInfoReading reading = ReadFileInfo(
+      {currentPath_, defaultExtension_, currentPage_, params_->flags, producer_.Info(), firstXDpi_, firstYDpi_});
+  currentPath_ = reading.path;
+  if (reading.status != SUCCESS) {
+    status_ = reading.status;
+  }
+  if (reading.status != SUCCESS || reading.refused) {
+    ShowReadFailure(reading.status);
     return;
   }
-  if (Wants(DLG_OPEN_VECTOR_ONLY) && !IsVectorFormat(held.format)) {
-    ShowReadFailure(status);
-    return;
-  }
-  if (IsLoadedAtResolution(held.format) && held.xResolution > 0 && held.yResolution > 0) {
-    SetLoadDpi(held.xResolution, held.yResolution);
-    GetFileInfo(currentPath_.c_str(), &info, sizeof(info), 0, &option);
-  }
-  if (held.format == FMT_JP2) {
-    const int32_t width = info.width, height = info.height;
-    SetLoadSize(FMT_JP2, 0, 0);
-    GetFileInfo(currentPath_.c_str(), &info, sizeof(info), 0, &option);
-    SetLoadSize(FMT_JP2, width, height);
-  }
-  if (info.pageNumber != currentPage_) {
-    pageEdit_.SetValue(info.pageNumber);
+  if (reading.info.pageNumber != currentPage_) {
+    pageEdit_.SetValue(reading.info.pageNumber);
   }
   if (CWnd* const pane = PreviewPane()) {
     pane->RedrawWindow();
   }
-}
-
-int32_t CZVOpenDlg::ReadSelectedInfo(FILEINFO& info, LOADFILEOPTION& option) {
-  const bool full = Wants(DLG_OPEN_FULL_FILE_INFO) && !IsCostlyToCountPages(producer_.Info().format);
-  TakeSelectedPath();
-  const DWORD attributes = ::GetFileAttributesW(currentPath_.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY)) {
-    return ERROR_FILE_MISSING;
-  }
-  SetLoadDpi(firstXDpi_, firstYDpi_);
-  if (!Exists(currentPath_)) {
-    if (defaultExtension_.empty()) {
-      return ERROR_FILE_MISSING;
-    }
-    currentPath_ += L"." + defaultExtension_;
-    if (!Exists(currentPath_)) {
-      return ERROR_FILE_MISSING;
-    }
-  }
-  return GetFileInfo(currentPath_.c_str(), &info, sizeof(info), full ? kCountPages : 0, &option);
+  ShowFileInfo(fileInfoDialogs_, reading, params_->flags);
 }
 
 void CZVOpenDlg::ShowReadFailure(int32_t status) {

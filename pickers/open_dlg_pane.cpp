@@ -3,7 +3,6 @@
 
 #include "pickers/common_dialog.h"
 #include "pickers/open_dlg.h"
-#include "pickers/page_probe.h"
 #include "platform/afx.h"
 #include "platform/module_context.h"
 #include "preview/preview_geometry.h"
@@ -12,53 +11,8 @@
 namespace {
 
 constexpr int kNarrowestView = 50;  // pixels
-constexpr int kPathLength = 260;
-constexpr LRESULT kLongestAnswer = 520;
-
-bool IsFile(const std::wstring& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
 
 }  // namespace
-
-// --- What is chosen ---
-
-bool CZVOpenDlg::TakeSelectedPath() {
-  wchar_t path[kPathLength] = L"";
-  const LRESULT length = ::SendMessageW(Outer(), CDM_GETFILEPATH, kPathLength, reinterpret_cast<LPARAM>(path));
-  if (length < 0 || length > kLongestAnswer) {
-    return false;
-  }
-  path[kPathLength - 1] = L'\0';
-  currentPath_ = path;
-  return true;
-}
-
-void CZVOpenDlg::OnFileNameChange() {
-  if (!TakeSelectedPath()) {
-    return;
-  }
-  const bool exists = IsFile(currentPath_);
-  const CWaitCursor wait;
-  if (currentPath_ != producer_.LastPath() || producer_.IsStamp()) {
-    if (exists || !previewShown_) {
-      // Another file starts at its first page, before its picture is made.
-      currentPage_ = 1;
-    }
-    if (previewShown_) {
-      LoadPreview();
-    }
-    if (exists && (previewShown_ || pageEdit_.IsWindowVisible())) {
-      ShowPage(1);
-      EnablePageControls(IsMultiPage(currentPath_.c_str()));
-    }
-  }
-  const CString path = GetPathName();
-  currentPreviewFile_ = IsFile(std::wstring(path)) ? path : CString();
-  UpdatePreview();
-  ::SendMessageW(FileNameBox(Outer()), CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
-}
 
 void CZVOpenDlg::OnFolderChange() {
   CFileDialog::OnFolderChange();

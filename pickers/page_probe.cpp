@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr uint32_t kCountPages = 1;
+
 class WithoutRedirection {
  public:
   WithoutRedirection() {
@@ -19,21 +21,27 @@ class WithoutRedirection {
   void* second_ = nullptr;
 };
 
-int32_t ReadPageInfo(LPCWSTR path, int32_t page, FILEINFO& info) {
+int32_t ReadPageInfo(LPCWSTR path, int32_t page, uint32_t flags, FILEINFO& info) {
   const WithoutRedirection direct;
   LOADFILEOPTION option = {};
   GetDefaultLoadFileOption(&option, sizeof(option));
   option.pageNumber = page;
   info = {};
   info.uStructSize = sizeof(info);
-  return GetFileInfo(path, &info, sizeof(info), 0, &option);
+  return GetFileInfo(path, &info, sizeof(info), flags, &option);
+}
+
+// The file library says no more than that there is no such page.
+int32_t LastPage(LPCWSTR path) {
+  FILEINFO info;
+  return ReadPageInfo(path, 1, kCountPages, info) == SUCCESS ? info.totalPages : 0;
 }
 
 }  // namespace
 
 bool IsMultiPage(LPCWSTR path) {
   FILEINFO info;
-  return ReadPageInfo(path, 2, info) == SUCCESS && info.pageNumber != 1;
+  return ReadPageInfo(path, 2, 0, info) == SUCCESS && info.pageNumber != 1;
 }
 
 bool ProbePage(LPCWSTR path, int32_t page, int32_t* reported) {
@@ -41,9 +49,11 @@ bool ProbePage(LPCWSTR path, int32_t page, int32_t* reported) {
     return false;
   }
   FILEINFO info;
-  if (ReadPageInfo(path, page, info) != SUCCESS) {
-    return false;
+  const int32_t status = ReadPageInfo(path, page, 0, info);
+  if (status == SUCCESS) {
+    *reported = info.pageNumber;
+  } else if (const int32_t last = status == ERROR_PAGE_MISSING ? LastPage(path) : 0; last > 0) {
+    *reported = last;
   }
-  *reported = info.pageNumber;
-  return info.pageNumber == page;
+  return status == SUCCESS && info.pageNumber == page;
 }

@@ -203,7 +203,7 @@ TEST_F(OpenPreview, FallsBackToPageOneForAPageThatIsNone) {
     SelectFile(dialog, L"pages.tif");
     WaitUntil([=] { return IsEnabled(dialog, kPageEdit) && TextOf(NameBox(dialog)) == L"pages.tif"; },
               "pages to choose");
-    for (const wchar_t* const text : {L"0", L"", L"9"}) {
+    for (const wchar_t* const text : {L"0", L""}) {
       SetText(dialog, kPageEdit, text);
       EXPECT_EQ(L"1", TextOf(dialog, kPageEdit)) << text;
     }

@@ -25,9 +25,7 @@ int32_t ZV_CALL Record(OPENDLGFILEDATA*, int32_t overall, int32_t file, void* us
 
 class Progress : public ::testing::Test {
  protected:
-  Progress() {
-    file.fileInfo = &info;
-  }
+  Progress() { file.fileInfo = &info; }
   std::vector<int32_t> FilePercentsOfRows(uint32_t flags) {
     OpenProgress progress(Record, &calls, flags, 1);
     progress.BeginFile(&file, 0);

@@ -187,6 +187,53 @@ TEST_F(FilesOpened, TakeOverWhatAListEntryHolds) {
   EXPECT_EQ(2, taken.files[0].pageNumber);
 }
 
+TEST_F(FilesOpened, KeepTheCountOfPagesThroughALoad) {
+  ASSERT_EQ(SUCCESS, Read({pages}, DLG_OPEN_FULL_FILE_INFO | DLG_OPEN_LOAD_BITMAP));
+  EXPECT_EQ(3, taken.files[0].fileInfo->totalPages);
+}
+
+TEST_F(FilesOpened, KeepWhatTheHeaderSaidOfAnImageThatCannotBeLoaded) {
+  const std::wstring cut = folder.File(L"cut.png");
+  ASSERT_TRUE(::CopyFileW(wide.c_str(), cut.c_str(), TRUE));
+  OverwriteSecondHalf(cut);
+  ASSERT_EQ(SUCCESS, Read({cut}, DLG_OPEN_LOAD_BITMAP | DLG_OPEN_TOLERATE_FAILED_FILES));
+  EXPECT_EQ(400, taken.files[0].fileInfo->width);
+  EXPECT_EQ(FMT_PNG, taken.files[0].format);
+}
+
+// Puts an Exif segment with an orientation behind the start marker of a JPEG file.
+std::wstring AddTurned(const TemporaryFolder& folder, const std::wstring& path, uint8_t orientation) {
+  std::vector<uint8_t> bytes = {0xFF, 0xD8, 0xFF, 0xE1, 0, 34,          'E', 'x', 'i', 'f', 0,    0, 'M',
+                                'M',  0,    42,   0,    0, 0,           8,   0,   1,   1,   0x12, 0, 3,
+                                0,    0,    0,    1,    0, orientation, 0,   0,   0,   0,   0,    0};
+  const HANDLE file = ::CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  std::vector<uint8_t> original(::GetFileSize(file, nullptr));
+  DWORD read = 0;
+  EXPECT_TRUE(::ReadFile(file, original.data(), static_cast<DWORD>(original.size()), &read, nullptr));
+  ::CloseHandle(file);
+  bytes.insert(bytes.end(), original.begin() + 2, original.end());
+  return folder.AddFile(L"turned.jpg", bytes);
+}
+
+TEST_F(FilesOpened, DescribeAFileTheSameForAThumbnailAsForItsBitmap) {
+  const std::wstring upright = folder.File(L"upright.jpg");
+  ASSERT_TRUE(WritePicture(upright, {.width = 1600, .height = 900, .format = FMT_JPEG_420}));
+  const std::wstring large = AddTurned(folder, upright, VIEW_RIGHT_TOP);
+  for (const uint32_t turned : {0u, DLG_OPEN_LOAD_ROTATED}) {
+    ASSERT_EQ(SUCCESS, Read({large}, DLG_OPEN_LOAD_BITMAP | turned));
+    const FILEINFO whole = *taken.files[0].fileInfo;
+    FreeTaken();
+    ASSERT_EQ(SUCCESS, Read({large}, DLG_OPEN_MAKE_THUMBNAIL | turned));
+    EXPECT_EQ(0, memcmp(&whole, taken.files[0].fileInfo, sizeof(whole)));
+    EXPECT_EQ(turned ? 900 : 1600, whole.width);
+    const BITMAPHANDLE& thumbnail = *taken.files[0].thumbnail;
+    EXPECT_EQ(turned ? 84 : 150, thumbnail.width);
+    EXPECT_EQ(turned ? 150 : 84, thumbnail.height);
+    EXPECT_EQ(turned ? VIEW_TOP_LEFT : VIEW_RIGHT_TOP, thumbnail.viewPerspective);
+    FreeTaken();
+  }
+}
+
 TEST_F(FilesOpened, ReportEveryPercentOfABitmapAloneUpToAll) {
   reports = true;
   ASSERT_EQ(SUCCESS, Read({wide, pages}, DLG_OPEN_LOAD_BITMAP));

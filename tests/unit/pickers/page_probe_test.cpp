@@ -26,11 +26,21 @@ TEST_F(PageProbe, TellsFilesWithPagesFromThoseWithOne) {
   EXPECT_FALSE(IsMultiPage(folder.File(L"none.tif").c_str()));
 }
 
-TEST_F(PageProbe, FindsTheLastPageAndNoneBehindIt) {
+TEST_F(PageProbe, FindsTheLastPageAndNamesItForOneBehindIt) {
   int32_t page = 0;
   EXPECT_TRUE(ProbePage(pages.c_str(), 3, &page));
   EXPECT_EQ(3, page);
   EXPECT_FALSE(ProbePage(pages.c_str(), 4, &page));
+  EXPECT_EQ(3, page);
+  EXPECT_FALSE(ProbePage(single.c_str(), 2, &page));
+  EXPECT_EQ(1, page);
+}
+
+TEST_F(PageProbe, NamesNoPageOfAFileThatCannotBeRead) {
+  int32_t page = 77;
+  EXPECT_FALSE(ProbePage(folder.File(L"none.tif").c_str(), 1, &page));
+  EXPECT_FALSE(ProbePage(folder.AddFile(L"damaged.tif", {'I', 'I', 42, 0, 8, 0, 0, 0}).c_str(), 2, &page));
+  EXPECT_EQ(77, page);
 }
 
 TEST_F(PageProbe, AsksForNoPageBelowOne) {
