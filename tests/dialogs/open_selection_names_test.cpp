@@ -175,6 +175,26 @@ TEST_F(OpenNames, AFileThatMayBeMissingEndsWithItsCode) {
   EXPECT_EQ(0, call.params.fileCount);
 }
 
+TEST_F(OpenNames, TheSelectionStaysWhileThereAreNoLoadOptionsToShow) {
+  call.openFileName.Flags = OFN_ALLOWMULTISELECT;
+  call.params.flags = DLG_OPEN_SHOW_LOAD_OPTIONS | DLG_OPEN_LOADPAGE_ROTATED;
+  call.params.showLoadOptions = 1;
+  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+              ClickFile(dialog, L"b.bmp");
+              WaitForSelection(dialog, 1);
+              ClickFile(dialog, L"d.bmp", MK_CONTROL);
+              WaitForSelection(dialog, 2);
+              const std::wstring names = TextOf(OpenNameBox(dialog));
+              ::SendMessageW(Control(dialog, IDOK), BM_CLICK, 0, 0);
+              EXPECT_EQ(2, SelectedFiles(dialog));
+              EXPECT_EQ(names, TextOf(OpenNameBox(dialog)));
+              Check(dialog, kOpenLoadOptions, false);
+              Click(dialog, IDOK);
+            }));
+  EXPECT_EQ((Names{L"b.bmp", L"d.bmp"}), NamesOpened());
+  EXPECT_EQ(0, call.params.showLoadOptions);
+}
+
 class OpenStrangeName : public OpenSelectionTest, public ::testing::WithParamInterface<const wchar_t*> {};
 
 TEST_P(OpenStrangeName, IsOpenedByTypingByClickingAndAmongOthers) {

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "services/zvdlgbase/zvdlgbase.h"
+#include "tests/support/import_patch.h"
+
 namespace {
+
+using zvtest::ImportPatch;
 
 constexpr int32_t kVectorViewFormat = 56;
 constexpr int32_t kVectorBackgroundFormat = 58;
@@ -132,6 +137,121 @@ TEST_F(FormatSettingsOf, AnyOtherFormatAreNone) {
   int32_t x = 0, y = 0;
   GetLoadDpi(&x, &y);
   EXPECT_EQ(96, x);
+}
+
+// The library reads no format of these classes, so a number stands in for each.
+constexpr int32_t kPdfStandIn = 9001, kXpsStandIn = 9002, kXlsStandIn = 9003;
+int32_t IsPdfStandIn(int32_t format) { return format == kPdfStandIn; }
+int32_t IsXpsStandIn(int32_t format) { return format == kXpsStandIn; }
+int32_t IsXlsStandIn(int32_t format) { return format == kXlsStandIn; }
+
+class DocumentSettings : public FormatSettingsOf {
+ protected:
+  ImportPatch pdf{nullptr, "IsPDFFormat", &IsPdfStandIn};
+  ImportPatch xps{nullptr, "IsXPSFormat", &IsXpsStandIn};
+  ImportPatch xls{nullptr, "IsXLSFormat", &IsXlsStandIn};
+};
+
+TEST_F(DocumentSettings, HaveRecordsOfTheirOwnSize) {
+  const std::pair<int32_t, size_t> sizes[] = {
+      {kVectorViewFormat, 80}, {kPdfStandIn, 652}, {kVectorBackgroundFormat, 84},
+      {FMT_HPGL, 152},         {FMT_WMF, 12},      {FMT_ICO, 12},
+      {kXpsStandIn, 16},       {kXlsStandIn, 12}};
+  for (const auto& [format, size] : sizes) {
+    void* options = nullptr;
+    EXPECT_TRUE(MakeFormatOptions(format, &options));
+    EXPECT_EQ(size, ::GlobalSize(options)) << format;
+    ::GlobalFree(options);
+  }
+  void* options = &info;
+  EXPECT_TRUE(MakeFormatOptions(FMT_PNG, &options));
+  EXPECT_EQ(nullptr, options);
+}
+
+TEST_F(DocumentSettings, OfAPdfFileAreSetForALoadAndPutBack) {
+  PDFLOADOPTION former = {};
+  GetPDFLoadOptions(&former, sizeof(former));
+  auto* const record = NewRecord<PDFFORMATOPTION>(kPdfStandIn);
+  EXPECT_EQ(0, memcmp(&former, &record->pdf, sizeof(former))) << "a new record holds what is in force";
+  record->pdf.xResolution = former.xResolution + 100;
+  PDFLOADOPTION now = {};
+  {
+    const FormatSettings settings(entry, option);
+    GetPDFLoadOptions(&now, sizeof(now));
+    EXPECT_EQ(former.xResolution + 100, now.xResolution);
+  }
+  GetPDFLoadOptions(&now, sizeof(now));
+  EXPECT_EQ(0, memcmp(&former, &now, sizeof(former)));
+}
+
+TEST_F(DocumentSettings, OfAnXpsFileAreSetForALoadAndPutBack) {
+  XPSLOADOPTION former = {};
+  GetXPSLoadOptions(&former, sizeof(former));
+  auto* const record = NewRecord<XPSFORMATOPTION>(kXpsStandIn);
+  EXPECT_EQ(0, memcmp(&former, &record->xps, sizeof(former)));
+  record->xps.yResolution = former.yResolution + 7;
+  XPSLOADOPTION now = {};
+  {
+    const FormatSettings settings(entry, option);
+    GetXPSLoadOptions(&now, sizeof(now));
+    EXPECT_EQ(former.yResolution + 7, now.yResolution);
+  }
+  GetXPSLoadOptions(&now, sizeof(now));
+  EXPECT_EQ(0, memcmp(&former, &now, sizeof(former)));
+}
+
+TEST_F(DocumentSettings, OfAWorkbookAreSetForALoadAndPutBack) {
+  XLSLOADOPTION former = {};
+  GetXLSLoadOptions(&former, sizeof(former));
+  auto* const record = NewRecord<XLSFORMATOPTION>(kXlsStandIn);
+  EXPECT_EQ(0, memcmp(&former, &record->xls, sizeof(former)));
+  record->xls.flags = former.flags ^ 1;
+  XLSLOADOPTION now = {};
+  {
+    const FormatSettings settings(entry, option);
+    GetXLSLoadOptions(&now, sizeof(now));
+    EXPECT_EQ(former.flags ^ 1, now.flags);
+  }
+  GetXLSLoadOptions(&now, sizeof(now));
+  EXPECT_EQ(0, memcmp(&former, &now, sizeof(former)));
+}
+
+// What the file library is told of fonts.
+FONTSUBSTITUTIONCALLBACK substitute = nullptr;
+void* substituteUserData = nullptr;
+int resets = 0;
+int32_t TakeSubstitution(FONTSUBSTITUTIONCALLBACK callback, void* userData) {
+  substitute = callback;
+  substituteUserData = userData;
+  return SUCCESS;
+}
+int32_t CountReset() {
+  ++resets;
+  return SUCCESS;
+}
+
+TEST_F(FormatSettingsOf, ADrawingGiveItsFaceToEveryFont) {
+  const ImportPatch set(nullptr, "SetVectorFontSubstitution", &TakeSubstitution);
+  const ImportPatch reset(nullptr, "ResetVectorFontSubstitution", &CountReset);
+  for (const int32_t format : {kVectorViewFormat, kVectorBackgroundFormat, int32_t{FMT_HPGL}}) {
+    ::GlobalFree(entry.formatOptions);
+    auto* const record = NewRecord<VECTORFORMATOPTION>(format);
+    for (const wchar_t* const face : {L"Some Face", L""}) {
+      std::wcscpy(record->faceName, face);
+      resets = 0;
+      {
+        const FormatSettings settings(entry, option);
+        LOGFONTW font = {.lfHeight = 12};
+        std::wcscpy(font.lfFaceName, L"Of the drawing");
+        ASSERT_NE(nullptr, substitute);
+        EXPECT_EQ(SUCCESS, substitute(&font, substituteUserData));
+        EXPECT_STREQ(face, font.lfFaceName);
+        EXPECT_EQ(12, font.lfHeight);
+        EXPECT_EQ(0, resets);
+      }
+      EXPECT_EQ(1, resets);
+    }
+  }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "pickers/file_loader.h"
 #include "tests/support/dialog_driver.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/pictures.h"
 
 namespace {
@@ -246,6 +247,57 @@ TEST_F(FilesOpened, ReportOnlyEvenStepsOfAThumbnail) {
   ASSERT_EQ(SUCCESS, Read({wide}, DLG_OPEN_MAKE_THUMBNAIL));
   EXPECT_EQ(100, calls.file.back());
   EXPECT_TRUE(std::is_sorted(calls.file.begin(), calls.file.end()));
+}
+
+// Counts the blocks that this module takes from the system and gives back, and refuses one of them.
+int refusedBlock = 0, blocksAsked = 0, blocksHeld = 0;
+HGLOBAL WINAPI AllocateUnlessRefused(UINT flags, SIZE_T bytes) {
+  if (blocksAsked++ == refusedBlock) {
+    return nullptr;
+  }
+  ++blocksHeld;
+  return ::LocalAlloc(flags, bytes);
+}
+HGLOBAL WINAPI CountFreed(HGLOBAL block) {
+  blocksHeld -= block ? 1 : 0;
+  return ::LocalFree(block);
+}
+
+TEST_F(FilesOpened, AreNoneWhenAnyOfTheirBlocksCannotBeHad) {
+  const std::wstring icon = folder.File(L"icon.ico");
+  ASSERT_TRUE(WritePicture(icon, {.width = 32, .height = 32, .format = FMT_ICO, .bits = 32}));
+  const int64_t pixels = CoreBlockCount();
+  const ImportPatch allocate(nullptr, "GlobalAlloc", &AllocateUnlessRefused);
+  const ImportPatch release(nullptr, "GlobalFree", &CountFreed);
+  // The array; for each file its information, the icon's settings, two handles.
+  constexpr int kBlocks = 1 + 4 + 3;
+  blocksHeld = 0;
+  for (refusedBlock = 0; refusedBlock < kBlocks; ++refusedBlock) {
+    blocksAsked = 0;
+    EXPECT_EQ(ERROR_OUT_OF_MEMORY, Read({icon, wide}, DLG_OPEN_LOAD_BITMAP | DLG_OPEN_MAKE_THUMBNAIL)) << refusedBlock;
+    EXPECT_EQ(nullptr, taken.files);
+    EXPECT_EQ(0, taken.fileCount);
+    EXPECT_EQ(0, blocksHeld) << refusedBlock;
+    EXPECT_EQ(pixels, CoreBlockCount()) << refusedBlock;
+  }
+  blocksAsked = 0;
+  EXPECT_EQ(SUCCESS, Read({icon, wide}, DLG_OPEN_LOAD_BITMAP | DLG_OPEN_MAKE_THUMBNAIL));
+  EXPECT_EQ(kBlocks, blocksHeld);
+  FreeTaken();
+  EXPECT_EQ(0, blocksHeld);
+}
+
+TEST_F(FilesOpened, FreeWhatTheListHeldWhenTheirArrayCannotBeHad) {
+  std::vector<OPENDLGFILEDATA> list = MakeFileList({wide}, 0);
+  const ImportPatch allocate(nullptr, "GlobalAlloc", &AllocateUnlessRefused);
+  const ImportPatch release(nullptr, "GlobalFree", &CountFreed);
+  blocksHeld = blocksAsked = 0;
+  refusedBlock = 2;
+  list[0].fileInfo = static_cast<FILEINFO*>(AllocateUnlessRefused(GPTR, sizeof(FILEINFO)));
+  list[0].formatOptions = AllocateUnlessRefused(GPTR, 12);
+  OpenedFiles files;
+  EXPECT_EQ(ERROR_OUT_OF_MEMORY, files.Read(list, {}));
+  EXPECT_EQ(0, blocksHeld);
 }
 
 class FilesStopped : public FilesOpened, public ::testing::WithParamInterface<int32_t> {};
