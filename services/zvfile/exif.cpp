@@ -17,6 +17,7 @@ enum Tag : uint16_t {
   kTagDescription = 0x010E,
   kTagMake = 0x010F,
   kTagModel = 0x0110,
+  kTagStripOffsets = 0x0111,
   kTagOrientation = 0x0112,
   kTagXResolution = 0x011A,
   kTagYResolution = 0x011B,
@@ -360,6 +361,7 @@ ExifSummary ReadExif(std::span<const uint8_t> exif) {
     const std::vector<Entry> small = reader.Directory(next, unused);
     const Entry* offset = Find(small, kTagThumbnailOffset);
     const Entry* length = Find(small, kTagThumbnailLength);
+    if (!offset && Find(small, kTagStripOffsets)) summary.pixelThumbnail = next;
     if (offset && length) {
       const uint64_t start = reader.Integer(*offset), bytes = reader.Integer(*length);
       if (bytes > 2 && start + bytes <= exif.size()) {

@@ -36,6 +36,7 @@ struct ExifSummary {
   int32_t orientation = 0;                  // VIEW_..., 0 not given
   double xResolution = 0, yResolution = 0;  // dots per inch
   std::span<const uint8_t> thumbnail;       // JPEG stream inside the block
+  uint32_t pixelThumbnail = 0;              // where the block has a TIFF directory of plain pixels instead; 0 none
   Comments comments;
 };
 ExifSummary ReadExif(std::span<const uint8_t> exif);

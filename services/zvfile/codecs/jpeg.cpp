@@ -62,7 +62,7 @@ void ApplyExif(ImageHeader& header) {
     header.xResolution = exif.xResolution;
     header.yResolution = exif.yResolution;
   }
-  if (!exif.thumbnail.empty()) header.flags |= FILEINFO_HAS_STAMP;
+  if (!exif.thumbnail.empty() || exif.pixelThumbnail != 0) header.flags |= FILEINFO_HAS_STAMP;
   for (size_t i = 0; i < exif.comments.size(); ++i) {
     if (!exif.comments[i].empty()) header.metadata.comments[i] = exif.comments[i];
   }
@@ -161,13 +161,27 @@ int32_t JpegLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) 
   return LoadJpegStream(source, request, sink, nullptr);
 }
 
+// The Exif block is a TIFF file, whose second directory may have the thumbnail as pixels.
+int32_t LoadPixelThumbnail(const ImageHeader& header, const LoadRequest& request, uint32_t directory, RowSink& sink) {
+  MemorySource block(header.metadata.exif);
+  LoadRequest second = request;
+  second.page = 2;
+  second.filePosition = directory;
+  const int32_t result = kTiffCodec.load(block, second, sink);
+  if (result != SUCCESS) return result;
+  ImageHeader shown;
+  shown.viewPerspective = header.viewPerspective;
+  return sink.Amend(shown);
+}
+
 int32_t JpegStamp(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   ImageHeader header;
   const int32_t result = ReadJpegHeader(source, request, header);
   if (result != SUCCESS) return result;
-  const std::span<const uint8_t> thumbnail = ReadExif(header.metadata.exif).thumbnail;
-  if (thumbnail.empty()) return ERROR_NO_STAMP;
-  MemorySource stream(thumbnail);
+  const ExifSummary exif = ReadExif(header.metadata.exif);
+  if (exif.pixelThumbnail != 0) return LoadPixelThumbnail(header, request, exif.pixelThumbnail, sink);
+  if (exif.thumbnail.empty()) return ERROR_NO_STAMP;
+  MemorySource stream(exif.thumbnail);
   // The thumbnail is stored as the image is, and so shown with its perspective.
   return LoadJpegStream(stream, request, sink, [&](ImageHeader& small) {
     small.viewPerspective = header.viewPerspective;
