@@ -11,6 +11,7 @@ namespace {
 
 constexpr UINT kHelpNumber = 57;
 constexpr COLORREF kListBackground = 0xC0C0C0;
+constexpr COLORREF kListText = 0;  // readable on that background whatever the user's colours are
 constexpr int kBoxSize = 16;
 constexpr size_t kRowsPerMessage = 128;  // a message between threads costs far more than a row
 
@@ -88,6 +89,7 @@ void CZVFileFormatAssociationsDlg::PrepareList() {
                          LVS_EX_FULLROWSELECT);
   list_.SetBkColor(kListBackground);
   list_.SetTextBkColor(kListBackground);
+  list_.SetTextColor(kListText);
   CRect client;
   list_.GetClientRect(&client);
   list_.InsertColumn(0, GetDlgString(IDS_ASSOC_COLUMN_EXTENSION), LVCFMT_LEFT, client.Width() / 3 + 20);

@@ -136,6 +136,7 @@ TEST_F(Association, ShowsTheListAsItShouldLook) {
               EXPECT_EQ(53, ::SendMessageW(list, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0) & 53);
               EXPECT_EQ(0xC0C0C0, ::SendMessageW(list, LVM_GETBKCOLOR, 0, 0));
               EXPECT_EQ(0xC0C0C0, ::SendMessageW(list, LVM_GETTEXTBKCOLOR, 0, 0));
+              EXPECT_EQ(0, ::SendMessageW(list, LVM_GETTEXTCOLOR, 0, 0)) << "black, not the user's window text";
               const auto images = reinterpret_cast<HIMAGELIST>(::SendMessageW(list, LVM_GETIMAGELIST, LVSIL_STATE, 0));
               EXPECT_EQ(2, ::ImageList_GetImageCount(images));
               End(dialog, IDCANCEL);
