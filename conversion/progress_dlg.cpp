@@ -13,10 +13,11 @@ constexpr UINT kHelpNumber = 114;
 constexpr UINT kStoppedMessage = WM_USER + 1;  // tells whoever watches the window; nobody here handles it
 constexpr int kLeft = 2;                       // the modal result of a run that is over
 
-// A file calls back for each of its rows, which can be many thousand times a second; looking for messages and painting the
-// bar so often would cost more than the conversion. A user notices neither below these many milliseconds.
-constexpr ULONGLONG kPumpInterval = 10;
-constexpr ULONGLONG kBarInterval = 100;
+// A file calls back for each of its rows, which can be many thousand times a second; looking for messages so often, or
+// painting the bars and the line for each of many small files, would cost more than the conversion. A user notices neither
+// below these many milliseconds.
+constexpr ULONGLONG kPumpInterval = 25;
+constexpr ULONGLONG kShowInterval = 100;
 
 // Whether the interval is over; it begins anew then.
 bool IsDue(ULONGLONG& last, ULONGLONG interval) {
@@ -89,28 +90,36 @@ void CZVFileConversionDlgProgressDlg::ConvertAll() {
   const int count = static_cast<int>(data_->queue.GetSize());
   for (int i = 0; i < count; ++i) {
     const CONVERSIONLISTITEM& item = data_->queue[i];
-    fileBar_.SetPos(0);
+    shown_.filePercent = 0;
     run_->ConvertQueueItem(item.fileRow, item.formatRow, data_->log);
     percent_ = 100;
     // The line of the entry's number, which is another entry's once an entry has given several lines.
     const LOGREPORTITEM& line = data_->log[i];
     if (line.status != CONVERSION_ABORTED && !aborted_) {
-      ShowLine(line);
+      shown_.line.Format(GetDlgString(IDS_PROGRESS_LINE), line.source, line.destination);
+      shown_.totalPercent = Percent(i, count);
+      ShowProgress(i + 1 == count);
       CZVGeneral::WaitForAppIdle();
-      totalBar_.SetPos(Percent(i, count));
     }
     if (line.status == CONVERSION_ABORTED || aborted_) {
-      totalBar_.SetPos(100);
-      fileBar_.SetPos(100);
+      shown_.totalPercent = shown_.filePercent = 100;
+      ShowProgress(true);
       return;
     }
   }
 }
 
-void CZVFileConversionDlgProgressDlg::ShowLine(const LOGREPORTITEM& line) {
-  CString text;
-  text.Format(GetDlgString(IDS_PROGRESS_LINE), line.source, line.destination);
-  SetDlgItemText(IDT_CONV_LAST_FILE, text);
+// Brings the controls up to date, at once or when it is time.
+void CZVFileConversionDlgProgressDlg::ShowProgress(bool atOnce) {
+  if (!IsDue(lastShow_, kShowInterval) && !atOnce) {
+    return;
+  }
+  fileBar_.SetPos(shown_.filePercent);
+  totalBar_.SetPos(shown_.totalPercent);
+  if (shown_.line != line_) {
+    line_ = shown_.line;
+    SetDlgItemText(IDT_CONV_LAST_FILE, line_);
+  }
 }
 
 int32_t ZV_CALL CZVFileConversionDlgProgressDlg::Pump(int32_t percent, void* userData) {
@@ -119,10 +128,8 @@ int32_t ZV_CALL CZVFileConversionDlgProgressDlg::Pump(int32_t percent, void* use
 
 int32_t CZVFileConversionDlgProgressDlg::OnProgress(int32_t percent) {
   if (percent >= 0 && percent <= 100) {
-    percent_ = percent;
-    if (IsDue(lastBar_, kBarInterval)) {
-      fileBar_.SetPos(percent);
-    }
+    percent_ = shown_.filePercent = percent;
+    ShowProgress(false);
   }
   if (percent == 100) {
     return SUCCESS;

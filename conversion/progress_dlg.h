@@ -32,7 +32,7 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
 
   LRESULT OnStart(WPARAM, LPARAM);
   void ConvertAll();
-  void ShowLine(const LOGREPORTITEM& line);
+  void ShowProgress(bool atOnce);
   void OnAbort();
   bool RequestEnd(int command);
 
@@ -44,7 +44,14 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
   int endCommand_ = IDCANCEL;
   bool aborted_ = false;
   ULONGLONG lastPump_ = 0;  // both in milliseconds since the system started
-  ULONGLONG lastBar_ = 0;
+  ULONGLONG lastShow_ = 0;
+
+  struct {
+    int filePercent = 0;
+    int totalPercent = 0;
+    CString line;
+  } shown_;       // what the controls are to show when they are next brought up to date
+  CString line_;  // that they show
 
   CAnimateCtrl animation_;
   CProgressCtrl totalBar_;
