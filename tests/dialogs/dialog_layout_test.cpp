@@ -10,6 +10,7 @@
 #include "resources/naming_ids.h"
 #include "tests/dialogs/conversion_fixture.h"
 #include "tests/support/dialog_layout.h"
+#include "tests/support/open_driver.h"
 
 namespace {
 
@@ -218,6 +219,24 @@ TEST_P(OtherLayout, OfTheFolderPickersOwnPart) {
                 Click(dialog, IDCANCEL);
                 WaitUntilClosed(dialog);
               });
+}
+
+TEST_P(OtherLayout, OfTheOpenDialogsOwnPart) {
+  TemporaryFolder folder;
+  EXPECT_TRUE(WritePicture(folder.File(L"pages.tif"), {60, 40, FMT_TIFF, 3}));
+  OpenCall call(folder.path());
+  call.parent = parent.hwnd();
+  call.params.flags = DLG_OPEN_SHOW_PAGE_CONTROLS | DLG_OPEN_SHOW_DELETE_PAGE | DLG_OPEN_SHOW_PREVIEW |
+                      DLG_OPEN_SHOW_FILE_INFO | DLG_OPEN_SHOW_LOAD_OPTIONS;
+  call.params.helpCallback = Help();
+  call.Drive([](HWND dialog) {
+    SelectFile(dialog, L"pages.tif");
+    const HWND own = OpenHook(dialog);
+    EXPECT_EQ("", TextFaults(own) + EdgeFaults(own) + KeyFaults(own));
+    EXPECT_TRUE(SaveScreenshot(dialog, Picture(L"open_all")));
+    Click(dialog, IDCANCEL);
+    WaitUntilClosed(dialog);
+  });
 }
 
 // --- All templates ---
