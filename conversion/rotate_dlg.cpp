@@ -91,9 +91,10 @@ void CZVFileConversionDlgRotateDlg::OnAngleEdited() {
 }
 
 void CZVFileConversionDlgRotateDlg::OnAngleCommitted() {
-  const int32_t typed = AngleFromDegrees(angleEdit_.GetValue());
-  if (IsAngleInRange(typed)) return;
-  angleEdit_.SetValue(DegreesFromAngle(std::clamp(typed, -kLargestAngle, kLargestAngle)));
+  constexpr double kFullTurn = DegreesFromAngle(kLargestAngle);
+  const double typed = angleEdit_.GetValue();
+  const double usable = std::clamp(typed, -kFullTurn, kFullTurn);
+  if (usable != typed) angleEdit_.SetValue(usable);
 }
 
 void CZVFileConversionDlgRotateDlg::OnInterpolationChanged() {

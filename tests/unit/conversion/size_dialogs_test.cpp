@@ -240,6 +240,17 @@ TEST_F(RotateDialog, KeepsTheLastValidAngleUntilTheEditIsLeft) {
   EXPECT_EQ(-36000, options.angle);
 }
 
+// Cut to hundredths it would be a full turn.
+TEST_F(RotateDialog, ClampsAValueThatIsALittleMoreThanAFullTurn) {
+  RunAndOK([](HWND dialog) {
+    SetText(dialog, IDE_ROTATE_ANGLE, L"360.004");
+    EXPECT_EQ(36000, BarPosition(dialog));
+    ::SendMessageW(Control(dialog, IDE_ROTATE_ANGLE), WM_KILLFOCUS, 0, 0);
+    EXPECT_EQ(L"360", TextOf(dialog, IDE_ROTATE_ANGLE));
+  });
+  EXPECT_EQ(36000, options.angle);
+}
+
 TEST_F(RotateDialog, SelectsTheInterpolationOfTheFlags) {
   constexpr std::pair<uint32_t, int> kIndexOfFlags[] = {{0, 0}, {ROTATE_RESIZE, 0}, {2, 1}, {4, 2}, {6, 1}};
   for (const auto& [flags, index] : kIndexOfFlags) {
