@@ -127,5 +127,8 @@ void PreviewProducer::ShowFullImage(const std::wstring& path, const LOADFILEOPTI
     lastPath_ = path;
     isStamp_ = false;
     sink_.ShowPreviewBitmap(&image);
+  } else {
+    // The pane is empty now: also the file before is to be looked at again when it is chosen next.
+    lastPath_.clear();
   }
 }

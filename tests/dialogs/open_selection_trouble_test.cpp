@@ -27,10 +27,24 @@ int32_t InfoCodeOf(const std::wstring& path) {
   return GetFileInfo(path.c_str(), &info, sizeof(info), 0, nullptr);
 }
 
+// Whether the pane shows the red half that every good picture of these tests has.
+bool PaneShowsPicture(HWND dialog) {
+  const HWND pane = Control(dialog, kOpenPane);
+  RECT client;
+  ::GetClientRect(pane, &client);
+  const HDC window = ::GetDC(pane);
+  bool red = false;
+  for (int x = client.left; x < client.right && !red; x += 5) {
+    red = ::GetPixel(window, x, client.bottom / 2) == RGB(255, 0, 0);
+  }
+  ::ReleaseDC(pane, window);
+  return red;
+}
+
 class OpenTrouble : public OpenSelectionTest {
  protected:
   OpenTrouble() {
-    good = AddPicture(L"good.bmp", {.width = 12});
+    good = AddPicture(L"good.bmp", {.width = 120, .height = 80});
     call.params.flags =
         DLG_OPEN_SHOW_PAGE_CONTROLS | DLG_OPEN_SHOW_DELETE_PAGE | DLG_OPEN_SHOW_PREVIEW | DLG_OPEN_SHOW_FILE_INFO;
     call.params.showPreview = 1;
@@ -63,9 +77,16 @@ TEST_F(OpenTrouble, AFolderOfDamagedFilesIsBrowsedWithoutAWord) {
   folder.AddFolder(L"folder.bmp");
   ++pictures;
   EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
-              for (int round = 0; round < 2; ++round) {
-                for (const std::wstring& name : ListedFiles(dialog)) {
+              for (const std::wstring& name : ListedFiles(dialog)) {
+                if (name != L"good.bmp") {
+                  ChooseFile(dialog, L"good.bmp");
+                  WaitUntil([=] { return PaneShowsPicture(dialog); }, "the pane shows the good picture");
                   SelectFile(dialog, name);
+                  // Some shells leave the last file in the name box, and so in the pane, while a folder is selected.
+                  if (name != L"folder.bmp") {
+                    WaitUntil([=] { return !PaneShowsPicture(dialog); },
+                              "the pane shows its text for " + std::string(name.begin(), name.end()));
+                  }
                   EXPECT_EQ(nullptr, FindMessageBox()) << "no message for a look";
                   EXPECT_FALSE(IsEnabled(dialog, kOpenPageEdit));
                 }
@@ -151,6 +172,24 @@ TEST_F(OpenTrouble, AFileThatVanishesWhileSelectedIsNoLongerThere) {
   EXPECT_EQ(nullptr, call.params.files);
 }
 
+TEST_F(OpenTrouble, DeletingAPageOfAVanishedFileFails) {
+  const std::wstring pages = AddPicture(L"pages.tif", {.format = FMT_TIFF, .pages = 3});
+  Open([&](HWND dialog) {
+    ChooseFile(dialog, L"pages.tif");
+    WaitUntil([=] { return IsEnabled(dialog, kOpenDeletePage); }, "there are pages to delete");
+    EXPECT_TRUE(::DeleteFileW(pages.c_str()));
+    Click(dialog, kOpenDeletePage);
+    const HWND question = WaitForMessageBox();
+    Click(question, IDYES);
+    WaitUntilClosed(question);
+    const HWND message = WaitForMessageBox();
+    Click(message, FindControl(message, IDOK) ? IDOK : IDCANCEL);
+    WaitUntilClosed(message);
+    Click(dialog, IDCANCEL);
+  });
+  EXPECT_EQ(INVALID_FILE_ATTRIBUTES, ::GetFileAttributesW(pages.c_str())) << "and none is made";
+}
+
 TEST_F(OpenTrouble, ALockedFileIsBrowsedWithoutAWordAndEndsWithItsCode) {
   const std::wstring locked = AddPicture(L"locked.bmp");
   const LockedFile lock(locked);
@@ -158,7 +197,9 @@ TEST_F(OpenTrouble, ALockedFileIsBrowsedWithoutAWordAndEndsWithItsCode) {
   ASSERT_LT(code, 0);
   EXPECT_EQ(code, Open([](HWND dialog) {
               ChooseFile(dialog, L"good.bmp");
+              WaitUntil([=] { return PaneShowsPicture(dialog); }, "the pane shows the good picture");
               ChooseFile(dialog, L"locked.bmp");
+              WaitUntil([=] { return !PaneShowsPicture(dialog); }, "the pane shows its text");
               EXPECT_EQ(nullptr, FindMessageBox()) << "no message for a look";
               Click(dialog, IDOK);
             }));
@@ -172,7 +213,7 @@ TEST_F(OpenTrouble, ALockedFileAmongOthersIsTolerated) {
   EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"locked.bmp\" \"good.bmp\""));
   ASSERT_EQ(2, call.params.fileCount);
   EXPECT_FALSE(Opened(0).bitmap->flags & BITMAP_FLAG_ALLOCATED);
-  EXPECT_EQ(12, Opened(1).bitmap->width);
+  EXPECT_EQ(120, Opened(1).bitmap->width);
 }
 
 TEST_F(OpenTrouble, InformationOfADamagedFileSaysWhyOnce) {
