@@ -57,7 +57,7 @@ extern "C" {
  * left alone. ERROR_BAD_ARGUMENT for a null buffer, a bufferLength below 1 or a negative filterIndex. */
 int32_t ZV_CALL Z_DlgGetDirectory(HWND parent, DIRECTORYDLGPARAMS* params);
 
-/* Lets the user choose image files. parent may be null.
+/* Lets the user choose image files. parent may be null; it owns the dialog, whatever hwndOwner of openFileName says.
  * In: of openFileName lpstrFilter, lpstrCustomFilter, nFilterIndex, lpstrFile, nMaxFile, lpstrFileTitle, lpstrInitialDir,
  * lpstrTitle, Flags, lpstrDefExt; a null or empty lpstrFilter is replaced by the table of readable formats, and
  * lpTemplateName, Flags and an nMaxFile below 260 are changed. OFN_ALLOWMULTISELECT lets the user choose several.
