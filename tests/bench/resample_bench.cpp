@@ -76,6 +76,13 @@ void Measure(const Format& format, const char* only) {
     FreeBitmap(&copy);
     return status;
   });
+  BITMAPHANDLE target;
+  Check(DuplicateBitmap(&target, &photograph), "DuplicateBitmap");
+  line("memcpy", [&](BITMAPHANDLE& b) {
+    std::memcpy(target.data, b.data, static_cast<size_t>(b.bytesPerLine) * kHeight);
+    return SUCCESS;
+  });
+  FreeBitmap(&target);
   line("half size, area", [](BITMAPHANDLE& b) { return SizeBitmap(&b, kWidth / 2, kHeight / 2, SIZE_BICUBIC); });
   line("37 %, area", [](BITMAPHANDLE& b) { return SizeBitmap(&b, 2220, 1480, SIZE_BICUBIC); });
   line("thumbnail 160, area", [](BITMAPHANDLE& b) { return SizeBitmap(&b, 160, 107, SIZE_BICUBIC); });
