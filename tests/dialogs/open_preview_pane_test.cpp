@@ -318,20 +318,25 @@ TEST_F(OpenPane, ShowsTheSplitterCursorOverTheSplitter) {
     const RECT pane = OpenPaneRect(dialog);
     const HCURSOR splitter = ::LoadCursorW(::GetModuleHandleW(L"zvfiledlg.dll"), MAKEINTRESOURCEW(kSplitterCursor));
     ASSERT_NE(nullptr, splitter);
-    const auto cursorAt = [&](LONG x) {
+    // The pointer's own move tells the window under it as well, at a moment of the system's choice: the hook is asked until
+    // its answer stands.
+    const auto expectAt = [&](LONG x, bool isSplitter) {
       POINT point = {x, (pane.top + pane.bottom) / 2};
       ::ClientToScreen(dialog, &point);
       ::SetCursorPos(point.x, point.y);
-      ::SendMessageW(hook, WM_SETCURSOR, reinterpret_cast<WPARAM>(hook), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
-      CURSORINFO info = {};
-      info.cbSize = sizeof(info);
-      ::GetCursorInfo(&info);
-      return info.hCursor;
+      WaitUntil(
+          [=] {
+            ::SendMessageW(hook, WM_SETCURSOR, reinterpret_cast<WPARAM>(hook), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+            CURSORINFO info = {};
+            info.cbSize = sizeof(info);
+            return ::GetCursorInfo(&info) && (info.hCursor == splitter) == isSplitter;
+          },
+          isSplitter ? "the splitter cursor" : "another cursor");
     };
-    EXPECT_NE(splitter, cursorAt(pane.right - 20));
-    EXPECT_EQ(splitter, cursorAt(pane.left + 2));
-    EXPECT_EQ(splitter, cursorAt(pane.left - 4));
-    EXPECT_NE(splitter, cursorAt(pane.left - 20));
+    expectAt(pane.right - 20, false);
+    expectAt(pane.left + 2, true);
+    expectAt(pane.left - 4, true);
+    expectAt(pane.left - 20, false);
   });
 }
 
