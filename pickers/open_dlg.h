@@ -116,6 +116,9 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void FitOwnRow();
   void ShiftRows();
   void KeepOwnRowClear(LONG bottomOfRows);
+  LONG OwnRowBelowCancel() const;
+  void MoveOwnRow(LONG down) const;
+  void FollowShellRows();
   void LayOutRows(const CRect& client);
   CRect ClientRect() const;
   CRect ShellRect(HWND control) const;
@@ -181,6 +184,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   bool initialPaneOpen_ = true;
   int rowShift_ = 0;  // pixels
   bool rowsShifted_ = false;
+  LONG ownRowBelowCancel_ = 0;  // pixels, after the first layout
   CRect paneRect_, splitterRect_;
   CSize lastClientSize_;
   bool dragActive_ = false;

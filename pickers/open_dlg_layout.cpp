@@ -60,6 +60,13 @@ void CZVOpenDlg::MoveShellControl(HWND control, const CRect& rect) const {
   MoveInside(control, inside);
 }
 
+LRESULT CZVOpenDlg::OnLayOutAgain(WPARAM, LPARAM) {
+  KeepReturnedName();
+  LayOut();
+  FollowShellRows();
+  return 0;
+}
+
 void CZVOpenDlg::LayOut() {
   if (!ShellView(Outer())) {
     return;
@@ -118,14 +125,30 @@ void CZVOpenDlg::ShiftRows() {
 // Some systems leave less room than the template asks for; the shell's rows would cover ours.
 void CZVOpenDlg::KeepOwnRowClear(LONG bottomOfRows) {
   const LONG covered = bottomOfRows - ShellRect(::GetDlgItem(m_hWnd, IDB_OPEN_DELETE_PAGE)).top;
-  if (covered <= 0) {
-    return;
+  if (covered > 0) {
+    MoveOwnRow(covered + kGapAboveOwnRow);
   }
+  ownRowBelowCancel_ = OwnRowBelowCancel();
+}
+
+LONG CZVOpenDlg::OwnRowBelowCancel() const {
+  return ShellRect(::GetDlgItem(m_hWnd, IDB_OPEN_DELETE_PAGE)).top - ShellRect(::GetDlgItem(Outer(), IDCANCEL)).bottom;
+}
+
+void CZVOpenDlg::MoveOwnRow(LONG down) const {
   for (const int id : kOwnRow) {
     const HWND control = ::GetDlgItem(m_hWnd, id);
     CRect rect = ShellRect(control);
-    rect.OffsetRect(0, covered + kGapAboveOwnRow);
+    rect.OffsetRect(0, down);
     MoveInside(control, rect);
+  }
+}
+
+// Not every system moves the controls of a template along when its dialog becomes higher.
+void CZVOpenDlg::FollowShellRows() {
+  const LONG down = ownRowBelowCancel_ - OwnRowBelowCancel();
+  if (rowsShifted_ && down != 0) {
+    MoveOwnRow(down);
   }
 }
 

@@ -34,12 +34,6 @@ void CZVOpenDlg::OnFolderChange() {
   PostMessage(kLayOutAgain);
 }
 
-LRESULT CZVOpenDlg::OnLayOutAgain(WPARAM, LPARAM) {
-  KeepReturnedName();
-  LayOut();
-  return 0;
-}
-
 // --- The picture ---
 
 void CZVOpenDlg::LoadPreview() {
@@ -165,6 +159,8 @@ void CZVOpenDlg::OnSize(UINT type, int width, int height) {
   lastClientSize_ = CSize(width, height);
   if (rowsShifted_) {
     LayOut();
+    // The platform may still be about to move its rows.
+    PostMessage(kLayOutAgain);
   }
   if (shellViewSeen_) {
     viewers_.OnPaneSize();

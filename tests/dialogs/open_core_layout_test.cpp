@@ -130,7 +130,7 @@ TEST_F(OpenLayout, FollowsTheCornerOfAResizableDialog) {
   Open([](HWND dialog) {
     WaitForLayout(dialog);
     EXPECT_TRUE(::GetWindowLongW(dialog, GWL_STYLE) & WS_THICKFRAME);
-    const RECT view = OpenViewRect(dialog), ok = RectIn(dialog, IDOK);
+    const RECT view = OpenViewRect(dialog), ok = RectIn(dialog, IDOK), page = RectIn(dialog, kOpenPageEdit);
     EXPECT_GT(ok.top, view.bottom);
     EXPECT_LT(ok.top - view.bottom, 15) << "no gap between list and name";
     DragCorner(dialog, 120, 80);
@@ -139,12 +139,30 @@ TEST_F(OpenLayout, FollowsTheCornerOfAResizableDialog) {
     const RECT wide = OpenViewRect(dialog);
     EXPECT_EQ(view.right + 120, wide.right);
     EXPECT_EQ(view.bottom + 80, wide.bottom);
+    WaitUntil([=] { return RectIn(dialog, kOpenPageEdit).top == page.top + 80; }, "our own row follows, too");
     EXPECT_EQ(view.left, wide.left);
     EXPECT_EQ(view.top, wide.top);
     ExpectRightEdges(dialog);
     SaveScreenshot(dialog, L"open_resized");
     DragCorner(dialog, -120, -80);
     WaitUntil([=] { return OpenViewRect(dialog).bottom == view.bottom; }, "the list is as before");
+    Cancel(dialog);
+  });
+}
+
+TEST_F(OpenLayout, TakesItsRowAlongWhereThePlatformLeavesItBehind) {
+  call.params.flags |= DLG_OPEN_RESIZABLE;
+  Open([](HWND dialog) {
+    WaitForLayout(dialog);
+    const LONG belowCancel = RectIn(dialog, kOpenPageEdit).top - RectIn(dialog, IDCANCEL).bottom;
+    for (const int id : {kOpenLoadOptions, kOpenPageLabel, kOpenPageEdit, kOpenDeletePage}) {
+      const RECT rect = RectIn(dialog, id);
+      ::SetWindowPos(Control(dialog, id), nullptr, rect.left, rect.top - 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    }
+    DragCorner(dialog, 0, 40);
+    WaitUntil([=] { return RectIn(dialog, kOpenPageEdit).top - RectIn(dialog, IDCANCEL).bottom == belowCancel; },
+              "the row stands below the shell's as before");
+    DragCorner(dialog, 0, -40);
     Cancel(dialog);
   });
 }
