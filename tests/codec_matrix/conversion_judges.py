@@ -43,13 +43,15 @@ class Judges:
         """Asks for one run; gives a function from a source to the path of its result."""
         folder = os.path.join(self.work, label.replace(" ", "_"))
         form, depth, subtype, extension = OUTPUTS[output]
-        self.tool.add("convert", ("path", folder), form, depth, subtype, angle, *size, *[("path", path) for path in sources])
+        paths = [("path", path) for path in sources]
+        self.tool.add("convert", ("path", folder), form, depth, subtype, angle, *size, *paths)
         self.asked.append((label, len(sources)))
         return lambda source: os.path.join(folder, os.path.splitext(os.path.basename(source))[0] + "." + extension)
 
     def run(self):
         for (label, count), (code, done) in zip(self.asked, self.tool.run()):
-            self.judge(f"{label}: run", None if code == CLOSED and done == str(count) else f"code {code}, {done} of {count} files")
+            good = code == CLOSED and done == str(count)
+            self.judge(f"{label}: run", None if good else f"code {code}, {done} of {count} files")
         self.asked = []
 
     # --- Metadata ---
@@ -75,9 +77,11 @@ class Judges:
             near = x and y and abs(x - DPI[0]) < 0.5 and abs(y - DPI[1]) < 0.5
             self.judge(f"{name}: resolution", None if near else f"{x} x {y}, wanted {DPI}")
         if "profile" in kinds:
-            profile = subprocess.run([find("exiftool"), "-icc_profile", "-b", path], stdout=subprocess.PIPE, check=False).stdout
+            extract = [find("exiftool"), "-icc_profile", "-b", path]
+            profile = subprocess.run(extract, stdout=subprocess.PIPE, check=False).stdout
             with open(PROFILES["rgb"], "rb") as file:
-                self.judge(f"{name}: profile", None if profile == file.read() else f"another profile, {len(profile)} bytes")
+                same = profile == file.read()
+            self.judge(f"{name}: profile", None if same else f"another profile, {len(profile)} bytes")
         for kind, wanted in (("exif", self.sources.EXIF), ("xmp", self.sources.XMP)):
             if kind not in kinds:
                 continue
@@ -130,7 +134,8 @@ class Judges:
         """16-bit samples stay as they are, and stay 16-bit through rotations and resizes."""
         sources = self.sources.deep()
         cases = []
-        for output, alpha in (("png 48", False), ("tiff 48", False), ("png 64", True), ("tiff 64", True), ("png 16", None), ("tiff 16", None)):
+        for output, alpha in (("png 48", False), ("tiff 48", False), ("png 64", True), ("tiff 64", True), ("png 16", None),
+                              ("tiff 16", None)):
             fitting = [path for path in sources if self.sources.alpha_of(path) == alpha]
             for angle, size, transform in (("0", ("100", "100"), []), ("90", ("100", "100"), ["-rotate", "90"])):
                 target = self.convert(f"depth {output} {angle}", fitting, output, angle, size)
@@ -153,7 +158,8 @@ class Judges:
         """Where the target has no alpha the picture lies on white, partial alpha included."""
         sources = self.sources.transparent()
         cases = []
-        outputs = (("jpeg", 28), ("bmp 24", 45), ("png 24", 45), ("tiff 24", 45), ("png 48", 45), ("jpeg gray", 28), ("gif 8", 24), ("webp 24", 32))
+        outputs = (("jpeg", 28), ("bmp 24", 45), ("png 24", 45), ("tiff 24", 45), ("png 48", 45), ("jpeg gray", 28),
+                   ("gif 8", 24), ("webp 24", 32))
         for output, least in outputs:
             cases.append((output, [], least, self.convert(f"flat {output}", sources, output)))
         turned = self.convert("flat turned png 24", sources, "png 24", "90")
@@ -174,7 +180,8 @@ class Judges:
     def kept_transparency(self):
         """Where the target has alpha, it arrives."""
         sources = self.sources.transparent()
-        cases = [(output, self.convert(f"alpha {output}", sources, output)) for output in ("png 32", "tiff 32", "webp 32", "jp2 32")]
+        outputs = ("png 32", "tiff 32", "webp 32", "jp2 32")
+        cases = [(output, self.convert(f"alpha {output}", sources, output)) for output in outputs]
         self.run()
         for output, target in cases:
             for source in sources:
@@ -237,7 +244,8 @@ def tags_of(path):
 
 def identify(form, path):
     """What ImageMagick says of the first page; its warnings go elsewhere."""
-    result = subprocess.run([find("identify"), "-format", form, f"{path}[0]"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
+    result = subprocess.run([find("identify"), "-format", form, f"{path}[0]"], check=False, stdout=subprocess.PIPE,
+                            stderr=subprocess.DEVNULL)
     return result.stdout.decode(errors="replace").strip()
 
 
@@ -256,7 +264,8 @@ def main():
     os.makedirs(arguments.work)
     windows = arguments.command[-1].endswith(".exe")
     judges = Judges(arguments.work, CodecTool(arguments.command, arguments.work, windows), arguments.only)
-    for part in (judges.metadata, judges.orientation, judges.depth, judges.transparency, judges.kept_transparency, judges.inks, judges.times):
+    for part in (judges.metadata, judges.orientation, judges.depth, judges.transparency, judges.kept_transparency,
+                 judges.inks, judges.times):
         if not arguments.only or arguments.only.split()[0] in part.__name__:
             part()
     return judges.report()

@@ -99,9 +99,10 @@ class Sources:
         """A picture that looks different from every side, smooth enough for lossy formats, 16 bits a sample."""
         path = self.at("base.miff")
         if not os.path.exists(path):
-            self.make("base.miff", "-size", f"{WIDTH}x{HEIGHT}", "gradient:red-navy", "(", "-size", f"{HEIGHT}x{WIDTH}", "gradient:black-lime",
-                      "-rotate", "90", ")", "-compose", "plus", "-composite", "-fill", "white", "-draw", "rectangle 4,4 35,19", "-fill",
-                      "black", "-draw", "rectangle 90,60 111,75", "-depth", 16)
+            across = ["(", "-size", f"{HEIGHT}x{WIDTH}", "gradient:black-lime", "-rotate", "90", ")"]
+            marks = ["-fill", "white", "-draw", "rectangle 4,4 35,19", "-fill", "black", "-draw", "rectangle 90,60 111,75"]
+            self.make("base.miff", "-size", f"{WIDTH}x{HEIGHT}", "gradient:red-navy", *across, "-compose", "plus", "-composite",
+                      *marks, "-depth", 16)
         return path
 
     def upright(self):
@@ -128,10 +129,11 @@ class Sources:
 
     def with_metadata(self):
         paths = []
-        for extension, options in (("jpg", ["-quality", 95]), ("png", []), ("tif", ["-compress", "LZW"]), ("webp", ["-define", "webp:lossless=true"]),
-                                   ("jp2", ["-quality", 100])):
-            path = self.make(f"tagged_{extension}.{extension}", self.base(), "-depth", 8, "-units", "PixelsPerInch", "-density",
-                             f"{DPI[0]}x{DPI[1]}", "-profile", PROFILES["rgb"], *options)
+        for extension, options in (("jpg", ["-quality", 95]), ("png", []), ("tif", ["-compress", "LZW"]),
+                                   ("webp", ["-define", "webp:lossless=true"]), ("jp2", ["-quality", 100])):
+            density = ["-units", "PixelsPerInch", "-density", f"{DPI[0]}x{DPI[1]}"]
+            path = self.make(f"tagged_{extension}.{extension}", self.base(), "-depth", 8, *density, "-profile", PROFILES["rgb"],
+                             *options)
             self.write_tags(path)
             paths.append(path)
         return paths
@@ -143,24 +145,24 @@ class Sources:
                 7: ["-transverse"], 8: ["-rotate", "90"]}
         paths = []
         for orientation, steps in undo.items():
-            path = self.make(f"turned_{orientation}.jpg", self.upright(), *steps, "-quality", 98, "-sampling-factor", "1x1")
+            options = ["-quality", 98, "-sampling-factor", "1x1"]
+            path = self.make(f"turned_{orientation}.jpg", self.upright(), *steps, *options)
             self.write_tags(path, orientation)
             paths.append(path)
         for orientation in (6, 7):
             for extension in ("tif", "webp", "png"):
-                path = self.make(f"turned_{orientation}_{extension}.{extension}", self.upright(), *undo[orientation], "+repage", "-define",
-                                 "webp:lossless=true")
+                options = ["+repage", "-define", "webp:lossless=true"]
+                path = self.make(f"turned_{orientation}_{extension}.{extension}", self.upright(), *undo[orientation], *options)
                 self.write_tags(path, orientation)
                 paths.append(path)
         return paths
 
     def deep(self):
-        kinds = {False: [], True: ["-alpha", "set", "-channel", "A", "-fx", "0.2+0.8*i/w", "+channel"], None: ["-colorspace", "Gray"]}
+        clear = ["-alpha", "set", "-channel", "A", "-fx", "0.2+0.8*i/w", "+channel"]
         paths = []
-        for alpha, steps in kinds.items():
+        for name, alpha, steps in (("rgb", False, []), ("rgba", True, clear), ("gray", None, ["-colorspace", "Gray"])):
             for extension in ("png", "tif"):
-                name = f"deep_{ {False: 'rgb', True: 'rgba', None: 'gray'}[alpha]}_{extension}.{extension}"
-                path = self.make(name, self.base(), *steps, "-depth", 16)
+                path = self.make(f"deep_{name}_{extension}.{extension}", self.base(), *steps, "-depth", 16)
                 self.alphas[path] = alpha
                 paths.append(path)
         return paths
@@ -170,17 +172,17 @@ class Sources:
 
     def transparent(self):
         """A disc on nothing with a soft edge and black under the full transparency, in every format with alpha."""
-        soft = ["(", "-size", f"{WIDTH}x{HEIGHT}", "radial-gradient:white-black", "-level", "20%,60%", ")", "-alpha", "off", "-compose",
-                "CopyOpacity", "-composite", "-compose", "over"]
+        disc = ["(", "-size", f"{WIDTH}x{HEIGHT}", "radial-gradient:white-black", "-level", "20%,60%", ")"]
+        soft = [*disc, "-alpha", "off", "-compose", "CopyOpacity", "-composite", "-compose", "over"]
         hard = [*soft, "-channel", "A", "-threshold", "50%", "+channel"]
         black = ["-background", "black", "-alpha", "background"]
         paths = []
-        for name, steps in (("soft.png", soft + ["-depth", 8]), ("soft16.png", soft + ["-depth", 16]), ("soft.tif", soft + ["-depth", 8]),
-                            ("soft_gray.png", ["-colorspace", "Gray", *soft, "-depth", 8]),
+        indexed = ["-depth", 8, "+dither", "-colors", 60, "-define", "png:color-type=3"]
+        for name, steps in (("soft.png", soft + ["-depth", 8]), ("soft16.png", soft + ["-depth", 16]),
+                            ("soft.tif", soft + ["-depth", 8]), ("soft_gray.png", ["-colorspace", "Gray", *soft, "-depth", 8]),
                             ("soft_associated.tif", soft + ["-depth", 8, "-define", "tiff:alpha=associated"]),
                             ("soft.webp", soft + ["-depth", 8, "-define", "webp:lossless=true"]),
-                            ("hard_palette.png", hard + ["-depth", 8, "+dither", "-colors", 60, "-define", "png:color-type=3"]),
-                            ("hard.gif", hard + ["-depth", 8])):
+                            ("hard_palette.png", hard + indexed), ("hard.gif", hard + ["-depth", 8])):
             stem, extension = name.split(".")
             paths.append(self.make(f"{stem}_{extension}.{extension}", self.base(), *steps, *black))
         return paths

@@ -29,22 +29,27 @@ struct Opened {
   J2kImage image;
   int32_t reductions = 0;  // that the file offers below full size
   int32_t width = 0, height = 0;
+  uint32_t left = 0, right = 0;  // in the coordinates of the image, as the next two
+  uint32_t firstTileTop = 0, tileHeight = 0;
+  Jp2Colors colors;  // known once it is described
 };
 
 int32_t Reduced(int32_t side, int32_t level) {
   return static_cast<int32_t>((int64_t{side} + (int64_t{1} << level) - 1) >> level);
 }
 
-int32_t ReductionsOf(opj_codec_t* codec) {
-  opj_codestream_info_v2_t* info = opj_get_cstr_info(codec);
-  if (!info) return 0;
+void ReadLayout(Opened& opened) {
+  opj_codestream_info_v2_t* info = opj_get_cstr_info(opened.codec.get());
+  if (!info) return;
+  opened.firstTileTop = info->ty0;
+  opened.tileHeight = info->tdy;
   int32_t levels = kMostReductions;
   if (!info->m_default_tile_info.tccp_info) levels = 0;
   for (OPJ_UINT32 i = 0; i < info->nbcomps && levels > 0; ++i) {
     levels = std::min(levels, static_cast<int32_t>(info->m_default_tile_info.tccp_info[i].numresolutions) - 1);
   }
   opj_destroy_cstr_info(&info);
-  return std::max(levels, 0);
+  opened.reductions = std::max(levels, 0);
 }
 
 int32_t OpenFile(ByteSource& source, const LoadRequest& request, Opened& opened) {
@@ -66,9 +71,11 @@ int32_t OpenFile(ByteSource& source, const LoadRequest& request, Opened& opened)
       static_cast<int32_t>(std::min<OPJ_UINT32>(image->numcomps, 4) * (image->comps[0].prec > 8 ? 16 : 8));
   const int32_t result = request.limits.CheckPlausible(width, height, bits, source.Size(), kMostBytesPerByte);
   if (result != SUCCESS) return result;
+  opened.left = image->x0;
+  opened.right = image->x1;
   opened.width = static_cast<int32_t>(width);
   opened.height = static_cast<int32_t>(height);
-  opened.reductions = ReductionsOf(opened.codec.get());
+  ReadLayout(opened);
   while (opened.reductions > 0 &&
          std::min(Reduced(opened.width, opened.reductions), Reduced(opened.height, opened.reductions)) < 1) {
     --opened.reductions;
@@ -87,25 +94,21 @@ int32_t LevelFor(const Opened& opened, const IMAGESIZE& wanted) {
   return level;
 }
 
-bool HasAlphaChannel(const opj_image_t& image) {
-  if (image.numcomps != 2 && image.numcomps != 4) return false;
-  return image.comps[image.numcomps - 1].alpha != 0 || image.color_space != OPJ_CLRSPC_CMYK;
-}
-
-bool IsInks(const opj_image_t& image) { return image.color_space == OPJ_CLRSPC_CMYK && image.numcomps >= 4; }
-
-Layout LayoutFor(const opj_image_t& image) {
-  const bool deep = image.comps[0].prec > 8;
-  if (IsInks(image)) return Layout::kRgb24;
-  if (image.numcomps < 3) {
-    if (HasAlphaChannel(image)) return deep ? Layout::kGrayAlpha32 : Layout::kGrayAlpha16;
+// Of two or four channels the last one is alpha, whether the file says so or not.
+Layout LayoutFor(const opj_image_t& image, const Jp2Colors& colors) {
+  const bool unfolded = colors.paletteColumns > 0;
+  const uint32_t channels = unfolded ? static_cast<uint32_t>(colors.paletteColumns) : image.numcomps;
+  const bool deep = unfolded ? colors.deepPalette : image.comps[0].prec > 8;
+  const bool alpha = channels == 2 || channels == 4;
+  if (colors.inks) return Layout::kRgb24;
+  if (channels < 3) {
+    if (alpha) return deep ? Layout::kGrayAlpha32 : Layout::kGrayAlpha16;
     return deep ? Layout::kGray16 : Layout::kGray8;
   }
-  return LayoutForDepth(deep ? (HasAlphaChannel(image) ? 64 : 48) : (HasAlphaChannel(image) ? 32 : 24), false,
-                        HasAlphaChannel(image), true);
+  return LayoutForDepth(deep ? (alpha ? 64 : 48) : (alpha ? 32 : 24), false, alpha, true);
 }
 
-void Describe(const Opened& opened, ByteSource& source, const LoadRequest& request, ImageHeader& header) {
+void Describe(Opened& opened, ByteSource& source, const LoadRequest& request, ImageHeader& header) {
   const opj_image_t& image = *opened.image;
   const bool codeStream = IsCodeStream(source);
   const int32_t level = LevelFor(opened, request.loadSize);
@@ -113,8 +116,9 @@ void Describe(const Opened& opened, ByteSource& source, const LoadRequest& reque
   header.compression = "JPEG 2000";
   header.width = Reduced(opened.width, level);
   header.height = Reduced(opened.height, level);
-  header.layout = LayoutFor(image);
-  if (!codeStream) ReadJp2Boxes(source, request.limits, header);
+  if (!codeStream) opened.colors = ReadJp2Boxes(source, request.limits, header);
+  if (image.numcomps < 4) opened.colors.inks = false;
+  header.layout = LayoutFor(image, opened.colors);
 }
 
 int32_t J2kInfo(ByteSource& source, const LoadRequest& request, ImageHeader& header) {
@@ -179,58 +183,144 @@ void YccToRgb(uint32_t* samples, uint32_t top) {
     samples[i] = static_cast<uint32_t>(std::clamp(rgb[i] + 0.5, 0.0, static_cast<double>(top)));
 }
 
-int32_t PushRows(const opj_image_t& image, const ImageHeader& header, const std::vector<uint8_t>& inkProfile,
-                 RowSink& sink) {
-  if (!Complete(image)) return ERROR_FILE_DAMAGED;
-  const bool inks = IsInks(image);
-  const bool deep = IsDeep(header.layout);
-  const uint32_t top = deep ? 65535 : 255;
-  const size_t channels = inks ? 4 : static_cast<size_t>(BitsPerPixel(header.layout)) / (deep ? 16 : 8);
-  std::vector<Channel> sources;
-  for (size_t c = 0; c < channels; ++c) sources.emplace_back(image.comps[c], header.width, header.height, top);
-  const bool ycc = image.color_space == OPJ_CLRSPC_SYCC && channels >= 3;
-  const ColorTransform transform(ColorTransform::Input::kCmyk8, ColorTransform::Output::kRgb24, inkProfile);
-  std::vector<uint8_t> inkRow(inks ? static_cast<size_t>(header.width) * 4 : 0);
-  for (int32_t y = 0; y < header.height; ++y) {
-    uint8_t* row = inks ? inkRow.data() : sink.Row(y);
-    for (int32_t x = 0; x < header.width; ++x) {
+// Rows of the image that are decoded together: the height of a tile or of some. The file is opened anew for each band, since the
+// library gives the parts of a tiled image once; so there are not many.
+struct Band {
+  uint32_t top, bottom;  // in the coordinates of the image
+  int32_t rows;          // at the level that is loaded
+};
+
+std::vector<Band> BandsOf(const Opened& opened, int32_t level, int32_t height) {
+  const opj_image_t& image = *opened.image;
+  const auto reduced = [&](uint32_t y) {
+    return static_cast<int32_t>((uint64_t{y} + (uint64_t{1} << level) - 1) >> level);
+  };
+  std::vector<Band> bands;
+  constexpr uint32_t kMostBands = 32;
+  const uint64_t tiles = opened.tileHeight == 0 ? 1 : (image.y1 - image.y0) / opened.tileHeight + 1;
+  const uint64_t step = opened.tileHeight * ((tiles + kMostBands - 1) / kMostBands);
+  uint64_t bottom = opened.firstTileTop + step;
+  for (uint32_t top = image.y0; top < image.y1; bottom += step) {
+    if (step == 0 || bottom > image.y1) bottom = image.y1;
+    if (bottom <= top) continue;
+    const auto end = static_cast<uint32_t>(bottom);
+    bands.push_back({top, end, reduced(end) - reduced(top)});
+    top = end;
+  }
+  // Where the image does not begin at a multiple of the level, the sum may differ by a row.
+  int32_t before = 0;
+  for (size_t i = 0; i + 1 < bands.size(); ++i) before += bands[i].rows;
+  bands.back().rows = height - before;
+  return bands;
+}
+
+// Brings the decoded rows of a band into the sink.
+class RowPusher {
+ public:
+  RowPusher(const ImageHeader& header, bool inks, const std::vector<uint8_t>& inkProfile, RowSink& sink)
+      : header_(header),
+        inks_(inks),
+        deep_(IsDeep(header.layout)),
+        channels_(inks ? 4 : static_cast<size_t>(BitsPerPixel(header.layout)) / (deep_ ? 16 : 8)),
+        transform_(ColorTransform::Input::kCmyk8, ColorTransform::Output::kRgb24, inkProfile),
+        inkRow_(inks ? static_cast<size_t>(header.width) * 4 : 0),
+        sink_(sink) {}
+
+  int32_t Push(const opj_image_t& image, int32_t rows) {
+    if (!Complete(image) || image.numcomps < channels_) return ERROR_FILE_DAMAGED;
+    std::vector<Channel> sources;
+    const uint32_t top = deep_ ? 65535 : 255;
+    for (size_t c = 0; c < channels_; ++c) sources.emplace_back(image.comps[c], header_.width, rows, top);
+    const bool ycc = image.color_space == OPJ_CLRSPC_SYCC && channels_ >= 3;
+    for (int32_t y = 0; y < rows; ++y) {
+      uint8_t* target = sink_.Row(sink_.CommittedRows());
+      FillRow(sources, y, ycc, inks_ ? inkRow_.data() : target);
+      if (inks_) transform_.Convert(inkRow_.data(), target, static_cast<uint32_t>(header_.width));
+      const int32_t result = sink_.Commit(1);
+      if (result != SUCCESS) return result;
+    }
+    return SUCCESS;
+  }
+
+ private:
+  void FillRow(const std::vector<Channel>& sources, int32_t y, bool ycc, uint8_t* row) const {
+    const uint32_t top = deep_ ? 65535 : 255;
+    for (int32_t x = 0; x < header_.width; ++x) {
       uint32_t samples[4];
-      for (size_t c = 0; c < channels; ++c) samples[c] = sources[c].At(x, y);
+      for (size_t c = 0; c < channels_; ++c) samples[c] = sources[c].At(x, y);
       if (ycc) YccToRgb(samples, top);
-      for (size_t c = 0; c < channels; ++c) {
-        const size_t place = static_cast<size_t>(x) * channels + c;
-        if (deep) {
+      for (size_t c = 0; c < channels_; ++c) {
+        const size_t place = static_cast<size_t>(x) * channels_ + c;
+        if (deep_) {
           reinterpret_cast<uint16_t*>(row)[place] = static_cast<uint16_t>(samples[c]);
         } else {
           row[place] = static_cast<uint8_t>(samples[c]);
         }
       }
     }
-    if (inks) transform.Convert(inkRow.data(), sink.Row(y), static_cast<uint32_t>(header.width));
-    const int32_t result = sink.Commit(1);
-    if (result != SUCCESS) return result;
   }
-  return SUCCESS;
+
+  const ImageHeader& header_;
+  bool inks_;
+  bool deep_;
+  size_t channels_;
+  ColorTransform transform_;
+  std::vector<uint8_t> inkRow_;
+  RowSink& sink_;
+};
+
+// The library keeps every sample of what it decodes in 32 bits.
+int32_t CheckMemory(const Opened& opened, const std::vector<Band>& bands, const Limits& limits, int32_t width) {
+  constexpr uint32_t kSampleBits = 32;
+  int32_t highest = 0;
+  for (const Band& band : bands) highest = std::max(highest, band.rows);
+  if (opened.image->numcomps > std::numeric_limits<int32_t>::max() / kSampleBits) return ERROR_LIMIT_EXCEEDED;
+  return limits.CheckImage(width, std::max(highest, 1), static_cast<int32_t>(opened.image->numcomps * kSampleBits));
+}
+
+int32_t DecodeBand(Opened& opened, const Band& band) {
+  opj_image_t* image = opened.image.get();
+  opj_codec_t* codec = opened.codec.get();
+  opj_stream_t* stream = opened.stream.get();
+  const bool good =
+      opj_set_decode_area(codec, image, static_cast<OPJ_INT32>(opened.left), static_cast<OPJ_INT32>(band.top),
+                          static_cast<OPJ_INT32>(opened.right), static_cast<OPJ_INT32>(band.bottom)) &&
+      opj_decode(codec, stream, image) && opj_end_decompress(codec, stream);
+  return good ? SUCCESS : ERROR_FILE_DAMAGED;
+}
+
+int32_t OpenAtLevel(ByteSource& source, const LoadRequest& request, int32_t& level, Opened& opened) {
+  const int32_t result = OpenFile(source, request, opened);
+  if (result != SUCCESS) return result;
+  level = LevelFor(opened, request.loadSize);
+  if (level == 0) return SUCCESS;
+  const bool good = opj_set_decoded_resolution_factor(opened.codec.get(), static_cast<OPJ_UINT32>(level));
+  return good ? SUCCESS : ERROR_FEATURE_UNSUPPORTED;
 }
 
 int32_t J2kLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   Opened opened;
-  int32_t result = OpenFile(source, request, opened);
+  int32_t level = 0;
+  int32_t result = OpenAtLevel(source, request, level, opened);
   if (result != SUCCESS) return result;
-  const int32_t level = LevelFor(opened, request.loadSize);
   ImageHeader header;
   Describe(opened, source, request, header);
-  if (level > 0 && !opj_set_decoded_resolution_factor(opened.codec.get(), static_cast<OPJ_UINT32>(level))) {
-    return ERROR_FEATURE_UNSUPPORTED;
-  }
-  if (!opj_decode(opened.codec.get(), opened.stream.get(), opened.image.get()) ||
-      !opj_end_decompress(opened.codec.get(), opened.stream.get())) {
-    return ERROR_FILE_DAMAGED;
-  }
+  const std::vector<Band> bands = BandsOf(opened, level, header.height);
+  result = CheckMemory(opened, bands, request.limits, header.width);
   std::vector<uint8_t> inkProfile;
-  if (IsInks(*opened.image)) inkProfile.swap(header.metadata.profile);  // the rows are sRGB from here on
-  result = sink.Begin(header);
-  return result == SUCCESS ? PushRows(*opened.image, header, inkProfile, sink) : result;
+  if (opened.colors.inks) inkProfile.swap(header.metadata.profile);  // the rows are sRGB from here on
+  RowPusher pusher(header, opened.colors.inks, inkProfile, sink);
+  for (size_t i = 0; i < bands.size() && result == SUCCESS; ++i) {
+    if (i > 0) {
+      opened = Opened();
+      result = OpenAtLevel(source, request, level, opened);
+    }
+    if (result == SUCCESS) result = DecodeBand(opened, bands[i]);
+    // The destination is made once there is something to put into it: most damaged files end before.
+    if (result == SUCCESS && i == 0) result = sink.Begin(header);
+    if (result == SUCCESS) result = pusher.Push(*opened.image, bands[i].rows);
+  }
+  return result;
 }
 
 // --- Table row ---

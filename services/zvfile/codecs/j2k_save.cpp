@@ -13,7 +13,7 @@ float RatioFor(const J2KSAVEOPTION& option, uint64_t rawBytes) {
   enum Control { kLossless = 0, kRatio = 1, kTargetSize = 2 };
   switch (option.compressionControl) {
     case kLossless: return 1.0F;
-    case kRatio: return std::max(option.compressionRatio, 1.0F);
+    case kRatio: return std::max(float{option.compressionRatio}, 1.0F);
     case kTargetSize:
       return option.targetFileSize == 0
                  ? 1.0F
@@ -26,10 +26,23 @@ float RatioFor(const J2KSAVEOPTION& option, uint64_t rawBytes) {
 // The signal to noise ratio that a QFactor stands for, in dB: 50 at 2 down to 25 at 255.
 float PsnrFor(int32_t qFactor) { return 25.0F + static_cast<float>(JpegQuality(qFactor)) * 0.25F; }
 
-int32_t LevelsFor(const J2KSAVEOPTION& option, const RowSource& rows) {
-  // More halvings than the image has make sense to no decoder.
+// Tile sides; an image without tiles is one tile.
+struct TileSize {
+  uint32_t width, height;
+  bool wanted;
+};
+
+TileSize TilesFor(const J2KSAVEOPTION& option, const RowSource& rows) {
+  const uint32_t width = option.tileWidth, height = option.tileHeight;  // the record's may stand at any address
+  const uint32_t wholeWidth = static_cast<uint32_t>(rows.Width()), wholeHeight = static_cast<uint32_t>(rows.Height());
+  if (width == 0 || height == 0) return {wholeWidth, wholeHeight, false};
+  return {std::min(width, wholeWidth), std::min(height, wholeHeight), true};
+}
+
+// More halvings than a tile has make no sense to decoders, and the library refuses them.
+int32_t LevelsFor(const J2KSAVEOPTION& option, const TileSize& tiles) {
   int32_t most = 0;
-  while (most < 32 && (std::min(rows.Width(), rows.Height()) >> (most + 1)) > 0) ++most;
+  while (most < 31 && (std::min(tiles.width, tiles.height) >> (most + 1)) > 0) ++most;
   return std::min(static_cast<int32_t>(option.decompositionLevel), most);
 }
 
@@ -50,17 +63,18 @@ void SetParameters(const SaveRequest& request, const RowSource& rows, int32_t ch
     parameters.tcp_distoratio[0] = PsnrFor(request.quality);
   }
   parameters.irreversible = ratio == 1.0F ? 0 : 1;
-  parameters.numresolution = LevelsFor(option, rows) + 1;
+  const TileSize tiles = TilesFor(option, rows);
+  parameters.numresolution = LevelsFor(option, tiles) + 1;
   if (IsPowerOfTwo(option.codeBlockWidth)) parameters.cblockw_init = static_cast<int>(option.codeBlockWidth);
   if (IsPowerOfTwo(option.codeBlockHeight)) parameters.cblockh_init = static_cast<int>(option.codeBlockHeight);
   parameters.mode = static_cast<int>(option.codeBlockFlags & 0x3F);
   if (option.progressionOrder <= OPJ_CPRL) parameters.prog_order = static_cast<OPJ_PROG_ORDER>(option.progressionOrder);
   if (option.useSOPMarker) parameters.csty |= 2;
   if (option.useEPHMarker) parameters.csty |= 4;
-  if (option.tileWidth > 0 && option.tileHeight > 0) {
+  if (tiles.wanted) {
     parameters.tile_size_on = OPJ_TRUE;
-    parameters.cp_tdx = static_cast<int>(std::min<uint32_t>(option.tileWidth, static_cast<uint32_t>(rows.Width())));
-    parameters.cp_tdy = static_cast<int>(std::min<uint32_t>(option.tileHeight, static_cast<uint32_t>(rows.Height())));
+    parameters.cp_tdx = static_cast<int>(tiles.width);
+    parameters.cp_tdy = static_cast<int>(tiles.height);
   }
   parameters.tcp_mct = channels >= 3 && option.useColorTransform ? 1 : 0;
 }

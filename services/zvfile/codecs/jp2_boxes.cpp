@@ -80,17 +80,28 @@ void ReadResolution(ByteSource& source, const Box& list, ImageHeader& header) {
   });
 }
 
-// Enumerated colour spaces are the library's to know; it gives profiles away only after a whole decode.
-void ReadProfile(ByteSource& source, const Box& box, const Limits& limits, Metadata& metadata) {
-  enum Method : uint8_t { kRestrictedProfile = 2, kAnyProfile = 3 };
+// A colour specification: the number of a colour space, or a profile. True when it says inks.
+bool ReadColors(ByteSource& source, const Box& box, const Limits& limits, Metadata& metadata) {
+  enum Method : uint8_t { kNumber = 1, kRestrictedProfile = 2, kAnyProfile = 3 };
+  constexpr uint64_t kInksNumber = 12;
   constexpr uint64_t kHeadBytes = 3;
-  uint8_t method = 0;
-  if (!metadata.profile.empty() || box.end - box.start <= kHeadBytes || box.end - box.start > limits.maxMetadataBytes)
-    return;
-  if (source.ReadAt(box.start, &method, 1) != 1 || (method != kRestrictedProfile && method != kAnyProfile)) return;
+  uint8_t method = 0, number[4];
+  if (box.end - box.start <= kHeadBytes || box.end - box.start > limits.maxMetadataBytes) return false;
+  if (source.ReadAt(box.start, &method, 1) != 1) return false;
+  const uint64_t content = box.start + kHeadBytes;
+  if (method == kNumber) return source.ReadAt(content, number, 4) == 4 && Be(number, 4) == kInksNumber;
   std::vector<uint8_t>& profile = metadata.profile;
-  profile.resize(static_cast<size_t>(box.end - box.start - kHeadBytes));
-  if (source.ReadAt(box.start + kHeadBytes, profile.data(), profile.size()) != profile.size()) profile.clear();
+  if ((method != kRestrictedProfile && method != kAnyProfile) || !profile.empty()) return false;
+  profile.resize(static_cast<size_t>(box.end - content));
+  if (source.ReadAt(content, profile.data(), profile.size()) != profile.size()) profile.clear();
+  return profile.size() > 20 && std::memcmp(profile.data() + 16, "CMYK", 4) == 0;
+}
+
+void ReadPalette(ByteSource& source, const Box& box, Jp2Colors& colors) {
+  uint8_t head[4];  // entries, columns, depth of the first column less one, with the sign on top
+  if (box.end - box.start < sizeof head || source.ReadAt(box.start, head, sizeof head) != sizeof head) return;
+  colors.paletteColumns = head[2];
+  colors.deepPalette = (head[3] & 0x7F) >= 8;
 }
 
 void ReadUuid(ByteSource& source, const Box& box, const Limits& limits, Metadata& metadata) {
@@ -179,13 +190,15 @@ Bytes MetadataBoxes(const SaveRequest& request, const RowSource& rows) {
 
 }  // namespace
 
-void ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header) {
+Jp2Colors ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header) {
+  Jp2Colors colors;
   VisitBoxes(source, 0, source.Size(), [&](const Box& box) {
     if (box.Is("uuid")) ReadUuid(source, box, limits, header.metadata);
     if (!box.Is("jp2h")) return;
     VisitBoxes(source, box.start, box.end, [&](const Box& inner) {
       if (inner.Is("res ")) ReadResolution(source, inner, header);
-      if (inner.Is("colr")) ReadProfile(source, inner, limits, header.metadata);
+      if (inner.Is("colr")) colors.inks |= ReadColors(source, inner, limits, header.metadata);
+      if (inner.Is("pclr")) ReadPalette(source, inner, colors);
     });
   });
   const ExifSummary exif = ReadExif(header.metadata.exif);
@@ -195,6 +208,7 @@ void ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header)
     header.yResolution = exif.yResolution;
   }
   header.metadata.comments = exif.comments;
+  return colors;
 }
 
 int32_t WriteJp2WithBoxes(std::span<const uint8_t> plain, const SaveRequest& request, const RowSource& rows,

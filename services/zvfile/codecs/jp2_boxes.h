@@ -7,9 +7,15 @@
 
 namespace zvfile {
 
-// Takes profile, resolution, Exif with its orientation and comments, and XMP into the header. Damaged boxes are left out; a bare code
-// stream has none.
-void ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header);
+// What the boxes say of the colours, which OpenJPEG tells only after decoding.
+struct Jp2Colors {
+  bool inks = false;           // cyan, magenta, yellow and black
+  int32_t paletteColumns = 0;  // channels that a palette makes of the image's one; 0 without a palette
+  bool deepPalette = false;    // of more than 8 bits
+};
+// Takes profile, resolution, Exif with its orientation and comments, and XMP into the header. Damaged boxes are left out; a bare
+// code stream has none.
+Jp2Colors ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header);
 // Writes a JP2 file as OpenJPEG made it, with the request's profile, resolution, Exif and XMP put in.
 int32_t WriteJp2WithBoxes(std::span<const uint8_t> plain, const SaveRequest& request, const RowSource& rows,
                           ByteSink& sink);

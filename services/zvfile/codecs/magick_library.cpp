@@ -1,7 +1,8 @@
 #include "services/zvfile/codecs/magick_library.h"
 
+#include <atomic>
 #include <cstdio>
-#include <new>
+#include <cstdlib>
 #include <shared_mutex>
 
 #include <magick/api.h>
@@ -17,13 +18,12 @@ namespace {
 constexpr int64_t kMaxMemory = int64_t{6} << 30;
 
 // Set once a fatal error has left the library half way: its locks may be held for ever, so it is not entered again.
-bool broken = false;
+std::atomic<bool> broken = false;
+
+thread_local FatalGuard* innermost = nullptr;
 
 // The library calls abort when this returns, so it does not.
-__attribute__((noreturn)) void ThrowFatal(const ExceptionType, const char*, const char*) {
-  broken = true;
-  throw std::bad_alloc();
-}
+__attribute__((noreturn)) void OnFatal(const ExceptionType, const char*, const char*) { FatalGuard::Leave(); }
 
 void Ignore(const ExceptionType, const char*, const char*) {}
 
@@ -47,7 +47,7 @@ class Library {
  public:
   Library() {
     Initialize();
-    SetFatalErrorHandler(ThrowFatal);
+    SetFatalErrorHandler(OnFatal);
     SetErrorHandler(Ignore);
     SetWarningHandler(Ignore);
     const Limits limits;
@@ -77,13 +77,8 @@ Library& TheLibrary() {
   return library;
 }
 
-struct InfoDeleter {
-  void operator()(ImageInfo* info) const { DestroyImageInfo(info); }
-};
-using InfoPtr = std::unique_ptr<ImageInfo, InfoDeleter>;
-
-InfoPtr MakeInfo(const Format& format) {
-  InfoPtr info(CloneImageInfo(nullptr));
+ImageInfo* MakeInfo(const Format& format) {
+  ImageInfo* info = CloneImageInfo(nullptr);
   std::snprintf(info->magick, sizeof info->magick, "%s", format.reader);
   std::snprintf(info->filename, sizeof info->filename, "%s:image", format.reader);
   return info;
@@ -96,14 +91,12 @@ int32_t ResultOf(const ExceptionInfo& exception) {
 
 // Some readers give the pages before the wanted one as well, and the last one when there are too few: goes to the page by its
 // number and drops what is before it.
-bool SelectPage(unsigned long scene, ImagePtr& images) {
-  Image* list = images.release();
+Image* SelectPage(unsigned long scene, Image* list) {
   while (list && list->scene != scene) {
     Image* first = RemoveFirstImageFromList(&list);
     DestroyImage(first);
   }
-  images.reset(list);
-  return list != nullptr;
+  return list;
 }
 
 // A reader that comes to the end of its data too soon gives what it has and says so in the image alone.
@@ -111,8 +104,18 @@ bool IsWhole(const Image& image) { return image.exception.severity < ErrorExcept
 
 }  // namespace
 
+FatalGuard::FatalGuard() : outer_(innermost) { innermost = this; }
+
+FatalGuard::~FatalGuard() { innermost = outer_; }
+
+void FatalGuard::Leave() {
+  broken = true;
+  if (!innermost) std::abort();
+  std::longjmp(innermost->jump_, 1);
+}
+
 void ImageDeleter::operator()(_Image* image) const {
-  if (!broken) DestroyImageList(image);
+  if (!broken) FatalGuard().Run([&] { DestroyImageList(image); });
 }
 
 int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t page, IMAGESIZE size, const Limits& limits,
@@ -120,26 +123,33 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
   if (page < 1 || page > limits.maxPages) return ERROR_PAGE_MISSING;
   const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
   if (broken) return ERROR_OUT_OF_MEMORY;
-  const InfoPtr info = MakeInfo(format);
   const unsigned long scene = static_cast<unsigned long>(page) - 1;
-  // The Photo CD reader takes a page number for a size.
-  if (format.format != FMT_PCD) {
-    info->subimage = scene;
-    info->subrange = 1;
-  }
-  if (size.width > 0 && size.height > 0) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%dx%d", size.width, size.height);
-    CloneString(&info->size, text);
-  }
-  ExceptionInfo exception;
-  GetExceptionInfo(&exception);
-  image.reset(BlobToImage(info.get(), bytes.data(), bytes.size(), &exception));
   int32_t result = SUCCESS;
-  if (!image || exception.severity >= ErrorException) result = ResultOf(exception);
-  if (result == SUCCESS && !SelectPage(scene, image)) result = ERROR_PAGE_MISSING;
+  Image* decoded = nullptr;
+  const bool survived = FatalGuard().Run([&] {
+    ImageInfo* info = MakeInfo(format);
+    // The Photo CD reader takes a page number for a size.
+    if (format.format != FMT_PCD) {
+      info->subimage = scene;
+      info->subrange = 1;
+    }
+    if (size.width > 0 && size.height > 0) {
+      char text[32];
+      std::snprintf(text, sizeof text, "%dx%d", size.width, size.height);
+      CloneString(&info->size, text);
+    }
+    ExceptionInfo exception;
+    GetExceptionInfo(&exception);
+    decoded = BlobToImage(info, bytes.data(), bytes.size(), &exception);
+    if (!decoded || exception.severity >= ErrorException) result = ResultOf(exception);
+    if (decoded) decoded = SelectPage(scene, decoded);
+    if (result == SUCCESS && !decoded) result = ERROR_PAGE_MISSING;
+    DestroyExceptionInfo(&exception);
+    DestroyImageInfo(info);
+  });
+  if (!survived) return ERROR_OUT_OF_MEMORY;
+  image.reset(decoded);
   if (result == SUCCESS && !IsWhole(*image)) result = ERROR_FILE_DAMAGED;
-  DestroyExceptionInfo(&exception);
   if (result != SUCCESS) return result;
   return limits.CheckImage(static_cast<int64_t>(image->columns), static_cast<int64_t>(image->rows), 64);
 }
@@ -147,12 +157,21 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
 int32_t CountPages(std::span<const uint8_t> bytes, const Format& format, const Limits& limits, int32_t& pages) {
   const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
   if (broken) return ERROR_OUT_OF_MEMORY;
-  const InfoPtr info = MakeInfo(format);
-  ExceptionInfo exception;
-  GetExceptionInfo(&exception);
-  const ImagePtr images(PingBlob(info.get(), bytes.data(), bytes.size(), &exception));
-  pages = images ? static_cast<int32_t>(std::min<size_t>(GetImageListLength(images.get()), limits.maxPages)) : 0;
-  DestroyExceptionInfo(&exception);
+  size_t count = 0;
+  const bool survived = FatalGuard().Run([&] {
+    ImageInfo* info = MakeInfo(format);
+    ExceptionInfo exception;
+    GetExceptionInfo(&exception);
+    Image* images = PingBlob(info, bytes.data(), bytes.size(), &exception);
+    if (images) {
+      count = GetImageListLength(images);
+      DestroyImageList(images);
+    }
+    DestroyExceptionInfo(&exception);
+    DestroyImageInfo(info);
+  });
+  if (!survived) return ERROR_OUT_OF_MEMORY;
+  pages = static_cast<int32_t>(std::min<size_t>(count, limits.maxPages));
   return pages > 0 ? SUCCESS : ERROR_FILE_DAMAGED;
 }
 

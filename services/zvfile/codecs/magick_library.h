@@ -1,8 +1,9 @@
 // GraphicsMagick, kept within bounds: started once without signal handlers, reading from memory alone, with limits on what it may
-// take, no temporary files, and its fatal errors turned into exceptions instead of the end of the process.
+// take, no temporary files, and its fatal errors ended by a jump out of it instead of the end of the process.
 #ifndef ZV_FILE_MAGICK_LIBRARY_H
 #define ZV_FILE_MAGICK_LIBRARY_H
 
+#include <csetjmp>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -16,6 +17,35 @@ struct _Image;
 }
 
 namespace zvfile::magick {
+
+// Runs calls into the library. A fatal error of the library, which cannot go on then and would end the process, jumps back here:
+// nothing unwinds through its C frames. Every call into it stands in such a body, on any thread; guards nest.
+class FatalGuard {
+ public:
+  FatalGuard();
+  ~FatalGuard();
+  FatalGuard(const FatalGuard&) = delete;
+  FatalGuard& operator=(const FatalGuard&) = delete;
+
+  // False after a fatal error; the library is not entered again by anybody then. The body must own nothing that has a
+  // destructor.
+  template <typename Body>
+  bool Run(Body&& body) {
+    if (setjmp(jump_) == 0) {
+      body();
+    } else {
+      failed_ = true;
+    }
+    return !failed_;
+  }
+  // Called by the library's handler: leaves the innermost guard of this thread.
+  [[noreturn]] static void Leave();
+
+ private:
+  std::jmp_buf jump_;
+  FatalGuard* outer_;
+  bool failed_ = false;
+};
 
 struct ImageDeleter {
   void operator()(_Image* image) const;

@@ -25,12 +25,33 @@ Layout LayoutForPalette(size_t colors) {
   return colors <= 16 ? Layout::kIndex4 : Layout::kIndex8;
 }
 
-void ChooseLayout(Image& image, ImageHeader& header) {
+// What only calls into the library can tell of a picture; the pointers are the picture's.
+struct Facts {
+  bool colors = true;  // inks and the like have become RGB
+  bool gray = false;
+  bool bilevel = false;
+  const unsigned char* profile = nullptr;
+  size_t profileBytes = 0;
+  const char* comment = nullptr;
+};
+
+void Ask(Image& image, Facts& facts) {
+  if (image.colorspace != RGBColorspace && image.colorspace != GRAYColorspace) {
+    const bool inks = image.colorspace == CMYKColorspace;
+    facts.colors = TransformColorspace(&image, RGBColorspace) != 0 || !inks;
+  }
   ExceptionInfo exception;
   GetExceptionInfo(&exception);
-  const bool gray = IsGrayImage(&image, &exception) != 0;
-  const bool bilevel = gray && !image.matte && IsMonochromeImage(&image, &exception) != 0;
+  facts.gray = IsGrayImage(&image, &exception) != 0;
+  facts.bilevel = facts.gray && !image.matte && IsMonochromeImage(&image, &exception) != 0;
   DestroyExceptionInfo(&exception);
+  facts.profile = GetImageProfile(&image, "ICM", &facts.profileBytes);
+  const ImageAttribute* comment = GetImageAttribute(&image, "comment");
+  facts.comment = comment ? comment->value : nullptr;
+}
+
+void ChooseLayout(const Image& image, const Facts& facts, ImageHeader& header) {
+  const bool gray = facts.gray, bilevel = facts.bilevel;
   const bool deep = image.depth > 8;
   const bool indexed = image.storage_class == PseudoClass && image.colormap && image.colors <= 256 && !image.matte;
   if (bilevel) {
@@ -48,16 +69,12 @@ void ChooseLayout(Image& image, ImageHeader& header) {
   if (HasAlpha(header.layout)) header.flags |= FILEINFO_HAS_ALPHA;
 }
 
-void CopyMetadata(Image& image, const Limits& limits, ImageHeader& header) {
-  size_t size = 0;
-  const unsigned char* profile = GetImageProfile(&image, "ICM", &size);
-  if (profile && size > 0 && size <= limits.maxMetadataBytes) {
-    header.metadata.profile.assign(profile, profile + size);
+void CopyMetadata(const Image& image, const Facts& facts, const Limits& limits, ImageHeader& header) {
+  if (facts.profile && facts.profileBytes > 0 && facts.profileBytes <= limits.maxMetadataBytes) {
+    header.metadata.profile.assign(facts.profile, facts.profile + facts.profileBytes);
     header.flags |= FILEINFO_HAS_PROFILE;
   }
-  if (const ImageAttribute* comment = GetImageAttribute(&image, "comment"); comment && comment->value) {
-    header.metadata.comments[COMMENT_DESCRIPTION] = comment->value;
-  }
+  if (facts.comment) header.metadata.comments[COMMENT_DESCRIPTION] = facts.comment;
   const double perInch = image.units == PixelsPerCentimeterResolution ? 2.54
                          : image.units == PixelsPerInchResolution     ? 1
                                                                       : 0;
@@ -116,28 +133,31 @@ void PackSamples(const PixelPacket* pixels, const ImageHeader& header, uint8_t* 
 }  // namespace
 
 int32_t Describe(_Image& image, const Limits& limits, ImageHeader& header) {
-  if (image.colorspace == CMYKColorspace) {
-    if (!TransformColorspace(&image, RGBColorspace)) return ERROR_FILE_DAMAGED;
-  } else if (image.colorspace != RGBColorspace && image.colorspace != GRAYColorspace) {
-    TransformColorspace(&image, RGBColorspace);
-  }
+  Facts facts;
+  if (!FatalGuard().Run([&] { Ask(image, facts); })) return ERROR_OUT_OF_MEMORY;
+  if (!facts.colors) return ERROR_FILE_DAMAGED;
   header.width = static_cast<int32_t>(image.columns);
   header.height = static_cast<int32_t>(image.rows);
-  ChooseLayout(image, header);
-  CopyMetadata(image, limits, header);
+  ChooseLayout(image, facts, header);
+  CopyMetadata(image, facts, limits, header);
   return SUCCESS;
 }
 
 int32_t CopyRow(_Image& image, const ImageHeader& header, int32_t y, uint8_t* row) {
-  ExceptionInfo exception;
-  GetExceptionInfo(&exception);
-  const PixelPacket* pixels = AcquireImagePixels(&image, 0, y, image.columns, 1, &exception);
-  DestroyExceptionInfo(&exception);
+  const PixelPacket* pixels = nullptr;
+  const IndexPacket* indices = nullptr;
+  const bool survived = FatalGuard().Run([&] {
+    ExceptionInfo exception;
+    GetExceptionInfo(&exception);
+    pixels = AcquireImagePixels(&image, 0, y, image.columns, 1, &exception);
+    indices = AccessImmutableIndexes(&image);
+    DestroyExceptionInfo(&exception);
+  });
+  if (!survived) return ERROR_OUT_OF_MEMORY;
   if (!pixels) return ERROR_FILE_DAMAGED;
   if (IsBlackAndWhite(header)) {
     PackBilevel(pixels, header.width, row);
   } else if (IsIndexed(header.layout)) {
-    const IndexPacket* indices = AccessImmutableIndexes(&image);
     if (!indices) return ERROR_FILE_DAMAGED;
     PackIndices(indices, header.width, BitsPerPixel(header.layout), row);
   } else if (IsDeep(header.layout)) {
