@@ -36,12 +36,32 @@ HBITMAP CopyWindowPixels(HWND window) {
   return bitmap;
 }
 
+// Nothing of the window or below it waits to be painted. Its own thread paints, when it comes to it.
+bool IsPainted(HWND window) {
+  bool painted = !::GetUpdateRect(window, nullptr, FALSE);
+  ::EnumChildWindows(
+      window,
+      [](HWND child, LPARAM result) -> BOOL {
+        if (::IsWindowVisible(child) && ::GetUpdateRect(child, nullptr, FALSE)) {
+          *reinterpret_cast<bool*>(result) = false;
+        }
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&painted));
+  return painted;
+}
+
 }  // namespace
 
 bool SaveScreenshot(HWND window, const std::wstring& name) {
   std::error_code ignored;
   std::filesystem::create_directories(ScreenshotFolder(), ignored);
   ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN | RDW_FRAME);
+  constexpr DWORD kLongestPaint = 3'000;
+  HoldsWithin(kLongestPaint, [=] { return IsPainted(window); });
+  // An answer comes only after the painting that is under way.
+  DWORD_PTR answer = 0;
+  ::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, kLongestPaint, &answer);
 
   Gdiplus::GdiplusStartupInput input;
   ULONG_PTR token = 0;
