@@ -116,18 +116,21 @@ typedef struct tagXLSFORMATOPTION { /* IsXLSFormat */
 } XLSFORMATOPTION;
 static_assert(sizeof(XLSFORMATOPTION) == 12, "wire format");
 
-/* Asks the caller for a picture of a file that the library cannot read. */
+/* Asks the caller for a picture of a file that the library cannot read; also of a folder. The pixels of an allocated bitmap pass
+ * to the library, which frees them; the record that points to them stays the callback's. As the file counts as unreadable all
+ * the same, the pane shows no picture after that. */
 typedef struct tagOPENDLGPREVIEWREQUEST {
   uint32_t uStructSize;                /*   0: 544 */
-  wchar_t fileName[ZVDLG_PATH_LENGTH]; /*   4 */
-  int32_t pageNumber;                  /* 532 */
-  BITMAPHANDLE* bitmap;                /* 536: filled in by the callback; freed by the library */
+  wchar_t fileName[ZVDLG_PATH_LENGTH]; /*   4: full path */
+  int32_t pageNumber;                  /* 532: from 1 */
+  BITMAPHANDLE* bitmap;                /* 536: null; filled in by the callback */
 } OPENDLGPREVIEWREQUEST;
 static_assert(sizeof(OPENDLGPREVIEWREQUEST) == 544, "wire format");
 ZV_WIRE_FIELD(OPENDLGPREVIEWREQUEST, fileName, 4);
 ZV_WIRE_FIELD(OPENDLGPREVIEWREQUEST, pageNumber, 532);
 ZV_WIRE_FIELD(OPENDLGPREVIEWREQUEST, bitmap, 536);
 
+/* Its answer is ignored. */
 typedef int32_t(ZV_CALL* OPENDLGPREVIEWCALLBACK)(OPENDLGPREVIEWREQUEST* request, void* userData);
 /* Progress of the load at OK, in percent of all files and of this one. ERROR_USER_ABORT stops, 1 goes on. */
 typedef int32_t(ZV_CALL* OPENDLGSTATUSCALLBACK)(OPENDLGFILEDATA* file, int32_t overallPercent, int32_t filePercent,
