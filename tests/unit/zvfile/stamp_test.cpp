@@ -108,6 +108,18 @@ TEST_F(StampOf, ACameraIsAJpegStreamInTheExifBlock) {
   EXPECT_EQ(stamp->height, 120);
 }
 
+TEST_F(StampOf, AFileIsReadWithoutItsPicture) {
+  const std::vector<uint8_t> thumbnail = JpegThumbnail(Jpeg(160, 120));
+  std::vector<uint8_t> file = WithExif(Jpeg(640, 480), thumbnail);
+  constexpr size_t kFrameAndTables = 1000;
+  file.resize(thumbnail.size() + kFrameAndTables);
+  WriteBytes(path, file);
+  Picture stamp, picture;
+  EXPECT_EQ(Load(path, picture), ERROR_FILE_DAMAGED);
+  ASSERT_EQ(Read(stamp), SUCCESS);
+  EXPECT_EQ(stamp->width, 160);
+}
+
 TEST_F(StampOf, AnOldCameraIsPlainPixelsInTheExifBlock) {
   for (const uint16_t orientation : {1, 3}) {
     WriteBytes(path, WithExif(Jpeg(64, 48), PixelThumbnail(orientation)));
