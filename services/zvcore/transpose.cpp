@@ -11,7 +11,7 @@ namespace {
 // Rows of the source that are done at a time. Together with the width of a band it decides how often each page of memory is
 // come back to; found by trial with pictures of 24 megapixels.
 template <int pixelBytes>
-constexpr int32_t kTileHeight = pixelBytes == 1 ? 256 : 128;
+constexpr int32_t kTileHeight = pixelBytes == 3 ? 512 : 256;
 
 __m128i Load(const uint8_t* at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at)); }
 void Store(uint8_t* at, __m128i value) { _mm_storeu_si128(reinterpret_cast<__m128i*>(at), value); }

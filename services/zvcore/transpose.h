@@ -18,7 +18,7 @@ struct DestinationRows {
 
 // Columns [firstColumn, lastColumn) of the source, which has width x height pixels, become those rows of the
 // destination. firstColumn is a multiple of kTransposeBand. Unused bits at the end of a destination row become 0.
-constexpr int32_t kTransposeBand = 512;
+constexpr int32_t kTransposeBand = 128;
 void TransposeColumns(SourceRows source, int32_t firstColumn, int32_t lastColumn, int32_t width, int32_t height,
                       int bits, DestinationRows destination);
 

@@ -37,7 +37,7 @@ Point ShownSize(const TestBitmap& bitmap) {
 
 // The last two are larger than the pieces that turns are done in.
 constexpr std::array<Point, 8> kSizes = {
-    {{1, 1}, {3, 2}, {17, 9}, {64, 64}, {67, 131}, {200, 5}, {530, 70}, {67, 271}}};
+    {{1, 1}, {3, 2}, {17, 9}, {64, 64}, {67, 131}, {200, 5}, {270, 70}, {67, 530}}};
 
 // Runs an operation on every format, size and perspective; where(x, y, w, h) tells which shown pixel of the original
 // must be shown at (x, y), w and h being the original's shown size.
