@@ -213,6 +213,19 @@ TEST_F(OpenPane, ComesBackWithThePictureOfTheChosenFile) {
   });
 }
 
+TEST_F(OpenPane, LeavesNothingBehindWhenItIsOpenedAndClosedAgainAndAgain) {
+  Look([](HWND dialog) {
+    SelectFile(dialog, L"red.bmp");
+    ExpectNothingLeftBehind([=] {
+      Toggle(dialog);
+      ASSERT_EQ(nullptr, FindControl(dialog, kOpenPane));
+      Toggle(dialog);
+      ASSERT_NE(nullptr, FindControl(dialog, kOpenPane));
+    });
+    WaitForColor(dialog, kRed);
+  });
+}
+
 TEST_F(OpenPane, ComesBackWhereTheSplitterWasLeft) {
   Look([](HWND dialog) {
     const RECT before = OpenPaneRect(dialog);
