@@ -33,6 +33,9 @@ constexpr UINT kOpenSettings = 0x8014;
 // What only the platform's dialog hears of, but concerns the hook's map as well.
 LRESULT CALLBACK ForwardOuterMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                       DWORD_PTR hook) {
+  if (message == WM_COMMAND && LOWORD(wParam) == IDOK) {
+    ::SendMessageW(reinterpret_cast<HWND>(hook), CZVOpenDlg::kMakeRoom, 0, 0);
+  }
   const LRESULT result = ::DefSubclassProc(window, message, wParam, lParam);
   if (message == WM_GETMINMAXINFO || message == WM_ACTIVATE || message == WM_PALETTECHANGED ||
       message == kOpenSettings) {
@@ -69,6 +72,7 @@ BEGIN_MESSAGE_MAP(CZVOpenDlg, CFileDialog)
   ON_NOTIFY(ZVSBN_ITEMCLICKED, IDC_OPEN_PLACES, OnPlaceChosen)
   ON_MESSAGE(kOpenSettings, OnOpenSettings)
   ON_MESSAGE(kLayOutAgain, OnLayOutAgain)
+  ON_MESSAGE(kMakeRoom, OnMakeRoom)
 END_MESSAGE_MAP()
 
 CZVOpenDlg::CZVOpenDlg(CWnd* parent, UINT viewCommand)

@@ -29,6 +29,9 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   // viewCommand shows the file list as the caller wants it; 0 leaves the shell's choice.
   CZVOpenDlg(CWnd* parent, UINT viewCommand);
 
+  // A message to the hook's window: the platform is about to put names into the file buffer.
+  static constexpr UINT kMakeRoom = 0x8016;
+
   // Runs the dialog. Of openFileName the filter when it is missing, template, flags, nMaxFile and filter index are changed;
   // params gets the files. SUCCESS, SUCCESS_DLG_CANCEL, or the code of what failed.
   int32_t PickFiles(OPENFILENAMEW* openFileName, OPENFILEDLGPARAMS& params);
@@ -71,6 +74,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   afx_msg void OnMouseMove(UINT keys, CPoint point);
   afx_msg LRESULT OnOpenSettings(WPARAM, LPARAM);
   afx_msg LRESULT OnLayOutAgain(WPARAM, LPARAM);
+  afx_msg LRESULT OnMakeRoom(WPARAM, LPARAM);
   afx_msg void OnPlaceChosen(NMHDR* header, LRESULT* result);
   DECLARE_MESSAGE_MAP()
 
@@ -90,6 +94,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   bool Wants(uint32_t flag) const { return (params_->flags & flag) != 0; }
 
   // open_dlg_selection.cpp
+  void MakeRoomForNames();
   bool TakeSelectedPath();
   std::vector<std::wstring> ChosenPaths() const;
   LoadOptionsOutcome AskLoadOptions(std::vector<OPENDLGFILEDATA>& list);

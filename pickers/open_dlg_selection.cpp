@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kPathLength = 260;
 constexpr LRESULT kLongestAnswer = 520;
+constexpr int kRoomBeside = 2 * MAX_PATH;  // characters for terminators and an added extension
 
 void SelectFileName(HWND outer) {
   if (const HWND combo = ::GetDlgItem(outer, kShellNameCombo)) {
@@ -25,6 +26,25 @@ void SelectFileName(HWND outer) {
 
 // --- While the user chooses ---
 
+// The platform fills the buffer that its record names at that moment. Names that do not fit would end the dialog, or on some
+// systems be written past the buffer's end.
+void CZVOpenDlg::MakeRoomForNames() {
+  const int names = ::GetWindowTextLengthW(FileNameBox(Outer()));
+  const auto needed = static_cast<size_t>(GetFolderPath().GetLength() + names + kRoomBeside);
+  if (needed > selection_.size()) {
+    std::wstring larger(needed, L'\0');
+    selection_.copy(larger.data(), selection_.size());
+    selection_.swap(larger);
+    m_ofn.lpstrFile = selection_.data();
+    m_ofn.nMaxFile = static_cast<DWORD>(selection_.size());
+  }
+}
+
+LRESULT CZVOpenDlg::OnMakeRoom(WPARAM, LPARAM) {
+  MakeRoomForNames();
+  return 0;
+}
+
 bool CZVOpenDlg::TakeSelectedPath() {
   wchar_t path[kPathLength] = L"";
   const LRESULT length = ::SendMessageW(Outer(), CDM_GETFILEPATH, kPathLength, reinterpret_cast<LPARAM>(path));
@@ -37,6 +57,7 @@ bool CZVOpenDlg::TakeSelectedPath() {
 }
 
 void CZVOpenDlg::OnFileNameChange() {
+  MakeRoomForNames();
   if (!TakeSelectedPath()) {
     return;
   }

@@ -39,6 +39,12 @@ inline void ClickFile(HWND dialog, const std::wstring& name, WPARAM keys = 0, bo
   }
 }
 
+inline void SelectAllFiles(HWND dialog) {
+  LVITEMW all = {};
+  all.state = all.stateMask = LVIS_SELECTED;
+  ::SendMessageW(OpenFileList(dialog), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&all));
+}
+
 inline int SelectedFiles(HWND dialog) {
   return static_cast<int>(::SendMessageW(OpenFileList(dialog), LVM_GETSELECTEDCOUNT, 0, 0));
 }

@@ -19,12 +19,12 @@ class OpenNames : public OpenSelectionTest {
 };
 
 TEST_F(OpenNames, DoubleClickOpensTheFile) {
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) { ClickFile(dialog, L"c.bmp", 0, true); }));
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) { ClickFile(dialog, L"c.bmp", 0, true); }));
   EXPECT_EQ(Names{L"c.bmp"}, NamesOpened());
 }
 
 TEST_F(OpenNames, ClickAndOkOpenTheFile) {
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ClickFile(dialog, L"b.bmp");
               WaitUntil([=] { return TextOf(OpenNameBox(dialog)) == L"b.bmp"; }, "the name box shows the file");
               Click(dialog, IDOK);
@@ -34,7 +34,7 @@ TEST_F(OpenNames, ClickAndOkOpenTheFile) {
 
 TEST_F(OpenNames, ControlClickAddsToTheSelectionAndTakesFromIt) {
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ClickFile(dialog, L"a.bmp");
               WaitForSelection(dialog, 1);
               ClickFile(dialog, L"c.bmp", MK_CONTROL);
@@ -50,7 +50,7 @@ TEST_F(OpenNames, ControlClickAddsToTheSelectionAndTakesFromIt) {
 
 TEST_F(OpenNames, ShiftClickSelectsARange) {
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ClickFile(dialog, L"b.bmp");
               WaitForSelection(dialog, 1);
               ClickFile(dialog, L"d.bmp", MK_SHIFT);
@@ -62,7 +62,7 @@ TEST_F(OpenNames, ShiftClickSelectsARange) {
 
 TEST_F(OpenNames, OneOfSeveralSelectableIsOneFile) {
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ChooseFile(dialog, L"d.bmp");
               Click(dialog, IDOK);
             }));
@@ -74,11 +74,8 @@ TEST_F(OpenNames, AWholeFolderOfHundredsCanBeSelected) {
     AddPicture(L"series " + std::to_wstring(1000 + i) + L".bmp", {.width = 2, .height = 2});
   }
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
-              LVITEMW item = {};
-              item.state = item.stateMask = LVIS_SELECTED;
-              ::SendMessageW(OpenFileList(dialog), LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
-                             reinterpret_cast<LPARAM>(&item));
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+              SelectAllFiles(dialog);
               WaitForSelection(dialog, 305);
               Click(dialog, IDOK);
             }));
@@ -91,7 +88,7 @@ TEST_F(OpenNames, AWholeFolderOfHundredsCanBeSelected) {
 
 TEST_F(OpenNames, ATypedPatternListsWhatItMatches) {
   AddPicture(L"other.png", {.format = FMT_PNG});
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               TypeName(dialog, L"*.png");
               Click(dialog, IDOK);
               WaitUntil([=] { return ListedFiles(dialog) == Names{L"other.png"}; }, "the pattern filters the list");
@@ -104,7 +101,7 @@ TEST_F(OpenNames, ATypedPatternListsWhatItMatches) {
 TEST_F(OpenNames, ATypedFolderIsEntered) {
   folder.AddFolder(L"inner");
   ASSERT_TRUE(WritePicture(folder.File(L"inner\\deep.bmp"), {.width = 9}));
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               TypeName(dialog, L"inner");
               Click(dialog, IDOK);
               WaitUntil([=] { return ListedFiles(dialog) == Names{L"deep.bmp"}; }, "the folder is entered");
@@ -119,7 +116,7 @@ TEST_F(OpenNames, ATypedFolderIsEntered) {
 TEST_F(OpenNames, AnotherTypeListsItsFiles) {
   AddPicture(L"other.png", {.format = FMT_PNG});
   call.openFileName.lpstrFilter = L"All\0*.*\0Network\0*.png\0";
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               SelectCombo(dialog, kTypeCombo, 1);
               WaitUntil([=] { return ListedFiles(dialog) == Names{L"other.png"}; }, "the type filters the list");
               ChooseFile(dialog, L"other.png");
@@ -134,7 +131,7 @@ TEST_F(OpenNames, ANameWithoutExtensionIsTheFileThatTheShellMakesOfIt) {
   call.params.flags = DLG_OPEN_FILE_MAY_NOT_EXIST;
   call.openFileName.lpstrFilter = L"Bitmaps\0*.bmp\0";
   call.openFileName.lpstrDefExt = L"bmp";
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(L"c"));
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(L"c"));
   EXPECT_EQ(Names{L"c.bmp"}, NamesOpened());
 }
 
@@ -175,11 +172,40 @@ TEST_F(OpenNames, AFileThatMayBeMissingEndsWithItsCode) {
   EXPECT_EQ(0, call.params.fileCount);
 }
 
+class OpenManyLongNames : public OpenSelectionTest {
+ protected:
+  OpenManyLongNames() {
+    for (int i = 0; i < 30; ++i) {
+      const std::wstring name = L"a rather long name for such a small picture " + std::to_wstring(10 + i) + L".bmp";
+      AddPicture(name, {.width = 2, .height = 2});
+      typed += L"\"" + name + L"\" ";
+    }
+    call.openFileName.Flags = OFN_ALLOWMULTISELECT;
+    call.openFileName.nMaxFile = MAX_PATH;
+  }
+  std::wstring typed;
+};
+
+TEST_F(OpenManyLongNames, AreOpenedFromTheListWhateverTheCallersBufferTakes) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+              SelectAllFiles(dialog);
+              WaitForSelection(dialog, 30);
+              Click(dialog, IDOK);
+            }));
+  EXPECT_EQ(30u, NamesOpened().size());
+  EXPECT_EQ(260u, call.openFileName.nMaxFile);
+}
+
+TEST_F(OpenManyLongNames, AreOpenedFromTheNameBoxWhateverTheCallersBufferTakes) {
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(typed));
+  EXPECT_EQ(30u, NamesOpened().size());
+}
+
 TEST_F(OpenNames, TheSelectionStaysWhileThereAreNoLoadOptionsToShow) {
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
   call.params.flags = DLG_OPEN_SHOW_LOAD_OPTIONS | DLG_OPEN_LOADPAGE_ROTATED;
   call.params.showLoadOptions = 1;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ClickFile(dialog, L"b.bmp");
               WaitForSelection(dialog, 1);
               ClickFile(dialog, L"d.bmp", MK_CONTROL);
@@ -201,10 +227,10 @@ TEST_P(OpenStrangeName, IsOpenedByTypingByClickingAndAmongOthers) {
   const std::wstring name = GetParam();
   AddPicture(name, {.width = 11});
   AddPicture(L"plain.bmp");
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(name)) << "typed";
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(name)) << "typed";
   EXPECT_EQ(Names{name}, NamesOpened());
   call.FreeFiles();
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([&](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([&](HWND dialog) {
               ChooseFile(dialog, name);
               Click(dialog, IDOK);
             }))
@@ -212,7 +238,7 @@ TEST_P(OpenStrangeName, IsOpenedByTypingByClickingAndAmongOthers) {
   EXPECT_EQ(Names{name}, NamesOpened());
   call.FreeFiles();
   call.openFileName.Flags |= OFN_ALLOWMULTISELECT;
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"plain.bmp\" \"" + name + L"\"")) << "among others";
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"plain.bmp\" \"" + name + L"\"")) << "among others";
   ASSERT_EQ(2, call.params.fileCount);
   EXPECT_EQ(folder.File(name), Opened(1).fileName);
   EXPECT_EQ(11, Opened(1).fileInfo->width);

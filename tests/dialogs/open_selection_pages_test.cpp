@@ -49,7 +49,7 @@ class OpenPages : public OpenSelectionTest {
 };
 
 TEST_F(OpenPages, OneFileTakesThePageOfTheEdit) {
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ChoosePages(dialog, L"pages.tif");
               SetText(dialog, kOpenPageEdit, L"2");
               Click(dialog, IDOK);
@@ -62,7 +62,7 @@ TEST_F(OpenPages, OneFileTakesThePageOfTheEdit) {
 
 TEST_F(OpenPages, SeveralFilesBeginAtPageOneWhateverTheEditShows) {
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ChoosePages(dialog, L"pages.tif");
               SetText(dialog, kOpenPageEdit, L"3");
               TypeName(dialog, L"\"pages.tif\" \"pages.gif\"");
@@ -76,7 +76,7 @@ TEST_F(OpenPages, SeveralFilesBeginAtPageOneWhateverTheEditShows) {
 
 TEST_F(OpenPages, NothingAndZeroAreReadAsPageOne) {
   for (const wchar_t* const text : {L"0", L"", L"000"}) {
-    EXPECT_EQ(SUCCESS_DLG_OK, Open([=](HWND dialog) {
+    ASSERT_EQ(SUCCESS_DLG_OK, Open([=](HWND dialog) {
                 ChoosePages(dialog, L"pages.tif");
                 SetText(dialog, kOpenPageEdit, L"2");
                 SetText(dialog, kOpenPageEdit, text);
@@ -97,12 +97,23 @@ TEST_F(OpenPages, APageBehindTheLastBecomesTheLast) {
   });
 }
 
-TEST_F(OpenPages, ACommittedPageThatIsNoneIsCorrectedToo) {
+TEST_F(OpenPages, ACommittedPageThatExistsStays) {
   Open([](HWND dialog) {
     ChoosePages(dialog, L"pages.tif");
     SetText(dialog, kOpenPageEdit, L"2");
     CommitPage(dialog);
-    EXPECT_EQ(L"2", TextOf(dialog, kOpenPageEdit)) << "a page that exists stays";
+    EXPECT_EQ(L"2", TextOf(dialog, kOpenPageEdit));
+    Click(dialog, IDCANCEL);
+  });
+}
+
+TEST_F(OpenPages, ACommittedPageThatHasGoneIsCorrected) {
+  Open([this](HWND dialog) {
+    ChoosePages(dialog, L"pages.tif");
+    SetText(dialog, kOpenPageEdit, L"3");
+    ASSERT_TRUE(::CopyFileW(folder.File(L"single.bmp").c_str(), tiff.c_str(), FALSE));
+    CommitPage(dialog);
+    EXPECT_EQ(L"1", TextOf(dialog, kOpenPageEdit));
     Click(dialog, IDCANCEL);
   });
 }
@@ -146,7 +157,7 @@ class OpenPagesOf : public OpenPages, public ::testing::WithParamInterface<const
 };
 
 TEST_P(OpenPagesOf, AFirstPageIsDeletedAndTheNextTakesItsPlace) {
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([this](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([this](HWND dialog) {
               ChoosePages(dialog, name);
               AnswerDeletion(dialog, IDYES);
               WaitUntil([this] { return PagesOf(path) == 2; }, "the page is deleted");
@@ -159,7 +170,7 @@ TEST_P(OpenPagesOf, AFirstPageIsDeletedAndTheNextTakesItsPlace) {
 }
 
 TEST_P(OpenPagesOf, DeletingTheLastPageShowsTheOneBeforeIt) {
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([this](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([this](HWND dialog) {
               ChoosePages(dialog, name);
               SetText(dialog, kOpenPageEdit, L"3");
               AnswerDeletion(dialog, IDYES);

@@ -259,7 +259,7 @@ TEST_P(OpenStop, EndsTheCallWithoutFiles) {
 TEST_P(OpenGoOn, IsAnyAnswerThatDoesNotStop) {
   call.params.flags = DLG_OPEN_LOAD_BITMAP;
   reports.answer = [](int32_t, int32_t) { return GetParam(); };
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenBoth());
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenBoth());
   EXPECT_EQ(2, call.params.fileCount);
 }
 
@@ -284,7 +284,7 @@ TEST_F(OpenProgressReports, StopWithinALaterFileKeepsTheFilesBefore) {
     firstDone = overall == 50;
     return within ? ERROR_USER_ABORT : SUCCESS;
   };
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenBoth());
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenBoth());
   ASSERT_EQ(2, call.params.fileCount);
   EXPECT_TRUE(Opened(0).bitmap->flags & BITMAP_FLAG_ALLOCATED);
   EXPECT_FALSE(Opened(1).bitmap->flags & BITMAP_FLAG_ALLOCATED);

@@ -76,7 +76,7 @@ TEST_F(OpenTrouble, AFolderOfDamagedFilesIsBrowsedWithoutAWord) {
   AddCut(L"cut.tif", FMT_TIFF);
   folder.AddFolder(L"folder.bmp");
   ++pictures;
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               for (const std::wstring& name : ListedFiles(dialog)) {
                 if (name != L"good.bmp") {
                   ChooseFile(dialog, L"good.bmp");
@@ -104,7 +104,7 @@ TEST_F(OpenTrouble, AllDamagedFilesOfAFolderAreToleratedAtOnce) {
   AddCut(L"cut.png", FMT_PNG);
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
   call.params.flags |= DLG_OPEN_TOLERATE_FAILED_FILES | DLG_OPEN_LOAD_BITMAP | DLG_OPEN_MAKE_THUMBNAIL;
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"empty.jpg\" \"good.bmp\" \"noise.png\" \"cut.png\""));
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"empty.jpg\" \"good.bmp\" \"noise.png\" \"cut.png\""));
   ASSERT_EQ(4, call.params.fileCount);
   for (const int i : {0, 2}) {
     EXPECT_EQ(0, Opened(i).format);
@@ -210,7 +210,7 @@ TEST_F(OpenTrouble, ALockedFileAmongOthersIsTolerated) {
   const LockedFile lock(AddPicture(L"locked.bmp"));
   call.openFileName.Flags = OFN_ALLOWMULTISELECT;
   call.params.flags |= DLG_OPEN_TOLERATE_FAILED_FILES | DLG_OPEN_LOAD_BITMAP;
-  EXPECT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"locked.bmp\" \"good.bmp\""));
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(L"\"locked.bmp\" \"good.bmp\""));
   ASSERT_EQ(2, call.params.fileCount);
   EXPECT_FALSE(Opened(0).bitmap->flags & BITMAP_FLAG_ALLOCATED);
   EXPECT_EQ(120, Opened(1).bitmap->width);
@@ -240,7 +240,7 @@ TEST_F(OpenTrouble, DrawingsAloneHaveInformationWhenOnlyDrawingsAreWanted) {
   ++pictures;
   call.params.flags |= DLG_OPEN_VECTOR_ONLY;
   call.openFileName.lpstrFilter = L"All\0*.*\0";
-  EXPECT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
               ChooseFile(dialog, L"good.bmp");
               Command(OpenHook(dialog), kOpenFileInfoCommand);
               const HWND message = WaitForMessageBox();
