@@ -53,6 +53,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void DrawPreview(CDC& device, const CRect& rectangle) override;
   virtual bool QueryPreviewPalette(CWnd* window);
   virtual void UpdatePreview();
+  virtual void DrawNoPreview(CDC& device, const CRect& rectangle);
 
   afx_msg BOOL OnHelpInfo(HELPINFO* info);
   afx_msg void OnHelp();

@@ -64,6 +64,8 @@ void CZVOpenDlg::DrawPreview(CDC& device, const CRect& rectangle) {
   }
 }
 
+void CZVOpenDlg::DrawNoPreview(CDC& device, const CRect& rectangle) { ::DrawNoPreview(device, rectangle); }
+
 bool CZVOpenDlg::QueryPreviewPalette(CWnd* window) { return viewers_.QueryNewPalette(window); }
 
 void CZVOpenDlg::UpdatePreview() {
