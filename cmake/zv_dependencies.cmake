@@ -1,5 +1,5 @@
 # The libraries that the codecs stand on, as imported targets zvdep::zlib, deflate, png, jpeg, tiff, gif, openjpeg, lcms2,
-# webp and magick, and GoogleTest from Debian's source package.
+# webp, webpdemux and magick, and GoogleTest from Debian's source package.
 #
 # For Windows they are static and come from the prefix that deps/build.sh makes; each target names what it needs in its
 # turn, so that the link order is right. On the host they are Debian's own shared libraries.
@@ -24,6 +24,7 @@ if(ZV_HOST)
   zv_host_library(openjpeg libopenjp2 libopenjp2-7-dev)
   zv_host_library(lcms2 lcms2 liblcms2-dev)
   zv_host_library(webp libwebp libwebp-dev)
+  zv_host_library(webpdemux libwebpdemux libwebp-dev)
   zv_host_library(magick GraphicsMagick libgraphicsmagick1-dev)
 
   # giflib has no pkg-config file.
@@ -74,6 +75,7 @@ else()
   zv_prefix_library(lcms2 liblcms2.a)
   zv_prefix_library(webp libwebp.a)
   zv_prefix_library(webpmux libwebpmux.a LINK zvdep::webp)
+  zv_prefix_library(webpdemux libwebpdemux.a LINK zvdep::webp)
   zv_prefix_library(tiff libtiff.a LINK zvdep::webp zvdep::zstd zvdep::lzma zvdep::jpeg zvdep::deflate zvdep::zlib)
   # Its headers ask for _LIB and _MT to know that they are used statically.
   zv_prefix_library(magick libGraphicsMagick.a INCLUDE GraphicsMagick DEFINE _LIB _MT

@@ -1,7 +1,9 @@
-// WebP through libwebp: lossy and lossless, alpha, profile, Exif and XMP. Of an animation the first frame is read.
+// WebP through libwebp: lossy and lossless, alpha, profile, Exif and XMP. The pages of an animation are what is on show when a
+// frame has been drawn.
 //
 // The QFactor of 2 writes lossless; 3 to 255 are libwebp's quality on the scale that JPEG has too.
 #include <webp/decode.h>
+#include <webp/demux.h>
 #include <webp/encode.h>
 
 #include <algorithm>
@@ -69,27 +71,17 @@ std::vector<uint8_t> ExtendedHeader(uint8_t flags, int32_t width, int32_t height
 
 enum ExtendedFlag : uint8_t { kHasXmp = 4, kHasExif = 8, kHasAlpha = 16, kHasProfile = 32 };
 
-// The first frame of an animation as a still file of its own; empty when there is none.
-std::vector<uint8_t> FirstFrame(std::span<const uint8_t> file) {
-  constexpr size_t kFrameHeaderBytes = 16;
-  const std::span<const uint8_t> frame = FindChunk(file, "ANMF");
-  if (frame.size() <= kFrameHeaderBytes) return {};
-  const int32_t width = static_cast<int32_t>(Le(frame.data() + 6, 3)) + 1;
-  const int32_t height = static_cast<int32_t>(Le(frame.data() + 9, 3)) + 1;
-  std::vector<uint8_t> still;
-  StartFile(still);
-  AppendChunk(still, "VP8X", ExtendedHeader(kHasAlpha, width, height));
-  still.insert(still.end(), frame.begin() + kFrameHeaderBytes, frame.end());
-  FinishFile(still);
-  return still;
-}
+struct DemuxerDeleter {
+  void operator()(WebPDemuxer* demuxer) const { WebPDemuxDelete(demuxer); }
+};
+struct AnimationDeleter {
+  void operator()(WebPAnimDecoder* animation) const { WebPAnimDecoderDelete(animation); }
+};
+using Animation = std::unique_ptr<WebPAnimDecoder, AnimationDeleter>;
 
-// A file opened for decoding: its bytes, or those of its first frame.
 struct Opened {
   std::vector<uint8_t> storage;
-  std::vector<uint8_t> still;
   std::span<const uint8_t> file;
-  std::span<const uint8_t> image;
   WebPBitstreamFeatures features = {};
 };
 
@@ -129,23 +121,30 @@ void ReadMetadata(std::span<const uint8_t> file, ImageHeader& header) {
   header.metadata.comments = summary.comments;
 }
 
+int32_t DescribeAnimation(const Opened& opened, ImageHeader& header) {
+  const WebPData data = {opened.file.data(), opened.file.size()};
+  const std::unique_ptr<WebPDemuxer, DemuxerDeleter> demuxer(WebPDemux(&data));
+  if (!demuxer) return ERROR_FILE_DAMAGED;
+  header.width = static_cast<int32_t>(WebPDemuxGetI(demuxer.get(), WEBP_FF_CANVAS_WIDTH));
+  header.height = static_cast<int32_t>(WebPDemuxGetI(demuxer.get(), WEBP_FF_CANVAS_HEIGHT));
+  header.totalPages = static_cast<int32_t>(WebPDemuxGetI(demuxer.get(), WEBP_FF_FRAME_COUNT));
+  header.layout = Layout::kBgra32;  // frames need not cover the canvas
+  header.flags |= FILEINFO_ANIMATED | FILEINFO_HAS_ALPHA;
+  return header.totalPages < 1 ? ERROR_FILE_DAMAGED : SUCCESS;
+}
+
 int32_t Open(ByteSource& source, const LoadRequest& request, Opened& opened, ImageHeader& header) {
-  if (request.page > 1) return ERROR_PAGE_MISSING;
   if (!source.ReadAll(opened.storage, opened.file, kMostFileBytes)) return ERROR_LIMIT_EXCEEDED;
   int32_t result = ResultOf(WebPGetFeatures(opened.file.data(), opened.file.size(), &opened.features));
   if (result != SUCCESS) return result;
-  opened.image = opened.file;
-  if (opened.features.has_animation) {
-    opened.still = FirstFrame(opened.file);
-    opened.image = opened.still;
-    result = ResultOf(WebPGetFeatures(opened.image.data(), opened.image.size(), &opened.features));
-    if (result != SUCCESS) return result;
-    header.flags |= FILEINFO_ANIMATED;
-  }
-  header.format = FMT_WEBP;
   header.width = opened.features.width;
   header.height = opened.features.height;
   header.layout = opened.features.has_alpha ? Layout::kBgra32 : Layout::kBgr24;
+  if (opened.features.has_animation) result = DescribeAnimation(opened, header);
+  if (result != SUCCESS) return result;
+  if (request.page > header.totalPages) return ERROR_PAGE_MISSING;
+  header.pageNumber = request.page;
+  header.format = FMT_WEBP;
   constexpr int kLosslessFormat = 2;
   header.compression = opened.features.format == kLosslessFormat ? "WebP lossless" : "WebP";
   ReadMetadata(opened.file, header);
@@ -169,12 +168,31 @@ WEBP_CSP_MODE ModeOf(Layout layout) {
   }
 }
 
+// Draws every frame up to the page's.
+int32_t LoadFrame(const Opened& opened, const ImageHeader& header, RowSink& sink) {
+  WebPAnimDecoderOptions options;
+  if (!WebPAnimDecoderOptionsInit(&options)) return ERROR_FEATURE_UNSUPPORTED;
+  options.color_mode = ModeOf(header.layout);
+  const WebPData data = {opened.file.data(), opened.file.size()};
+  const Animation animation(WebPAnimDecoderNew(&data, &options));
+  if (!animation) return ERROR_OUT_OF_MEMORY;
+  uint8_t* canvas = nullptr;
+  int timestamp = 0;
+  for (int32_t frame = 0; frame < header.pageNumber; ++frame) {
+    if (!WebPAnimDecoderGetNext(animation.get(), &canvas, &timestamp)) return ERROR_FILE_DAMAGED;
+  }
+  const int32_t result = sink.Begin(header);
+  if (result != SUCCESS) return result;
+  return sink.Put(canvas, static_cast<ptrdiff_t>(PackedRowBytes(header.layout, header.width)), header.height);
+}
+
 int32_t WebpLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   Opened opened;
   ImageHeader header;
   int32_t result = Open(source, request, opened, header);
   if (result != SUCCESS) return result;
   header.layout = LayoutForDepth(BitsPerPixel(header.layout), false, HasAlpha(header.layout), sink.WantsRgb());
+  if (opened.features.has_animation) return LoadFrame(opened, header, sink);
   result = sink.Begin(header, RowOrder::kAny);
   if (result != SUCCESS) return result;
   WebPDecoderConfig config;
@@ -188,7 +206,7 @@ int32_t WebpLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) 
   config.output.u.RGBA.stride = static_cast<int>(stride);
   config.output.u.RGBA.size =
       stride * static_cast<size_t>(header.height - 1) + PackedRowBytes(header.layout, header.width);
-  result = ResultOf(WebPDecode(opened.image.data(), opened.image.size(), &config));
+  result = ResultOf(WebPDecode(opened.file.data(), opened.file.size(), &config));
   WebPFreeDecBuffer(&config.output);
   return result == SUCCESS ? sink.Commit(header.height) : result;
 }
