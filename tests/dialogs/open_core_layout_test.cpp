@@ -5,6 +5,7 @@
 #include <commdlg.h>
 
 #include <map>
+#include <vector>
 
 #include "tests/dialogs/open_core_fixture.h"
 #include "tests/support/dialog_layout.h"
@@ -256,6 +257,34 @@ TEST_F(OpenLayout, LeavesTheFocusToTheNameBox) {
         "something has the focus");
     const HWND box = OpenNameBox(dialog);
     EXPECT_TRUE(info.hwndFocus == box || ::IsChild(box, info.hwndFocus));
+    Cancel(dialog);
+  });
+}
+
+TEST_F(OpenLayout, LetsTheKeyboardReachItsRow) {
+  call.params.flags |= DLG_OPEN_SHOW_LOAD_OPTIONS;
+  Open([](HWND dialog) {
+    SelectFile(dialog, L"pages.tif");
+    WaitUntil([=] { return IsEnabled(dialog, kOpenPageEdit); }, "pages to choose");
+    const auto focus = [=] {
+      GUITHREADINFO info = {sizeof(info)};
+      ::GetGUIThreadInfo(::GetWindowThreadProcessId(dialog, nullptr), &info);
+      return info.hwndFocus;
+    };
+    std::vector<int> reached;
+    constexpr int kMoreThanThereAre = 25;
+    for (int i = 0; i < kMoreThanThereAre; ++i) {
+      const HWND before = focus();
+      PressKey(dialog, VK_TAB);
+      WaitUntil([&] { return focus() != before; }, "the focus moves on");
+      const int id = ::GetDlgCtrlID(focus());
+      if (::GetParent(focus()) == OpenHook(dialog)) {
+        reached.push_back(id);
+      }
+    }
+    ASSERT_GE(reached.size(), 3u);
+    reached.resize(3);
+    EXPECT_EQ((std::vector<int>{kOpenLoadOptions, kOpenPageEdit, kOpenDeletePage}), reached);
     Cancel(dialog);
   });
 }

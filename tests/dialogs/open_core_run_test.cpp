@@ -125,6 +125,19 @@ TEST_F(OpenRun, ClearsTheStatusFunctionMeanwhile) {
 
 // --- File types ---
 
+TEST_F(OpenRun, OffersTheCallersCustomFilterToo) {
+  wchar_t custom[100] = L"Last used\0*.tif\0";
+  call.openFileName.lpstrCustomFilter = custom;
+  call.openFileName.nMaxCustFilter = 100;
+  call.openFileName.lpstrFilter = L"All\0*.*\0";
+  call.openFileName.nFilterIndex = 1;
+  Open([](HWND dialog) {
+    EXPECT_EQ(2, ComboCount(dialog, kShellTypeCombo));
+    EXPECT_EQ(L"Last used", ComboText(dialog, kShellTypeCombo, 0));
+    Cancel(dialog);
+  });
+}
+
 // Writes down the default extensions that the platform's dialog is told while it lives. Wine's dialog does not use them.
 class ExtensionListener {
  public:
