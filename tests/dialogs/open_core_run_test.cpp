@@ -2,6 +2,7 @@
 // and that one run leaves nothing to the next.
 #include <windows.h>
 
+#include <cstdlib>
 #include <thread>
 #include <utility>
 
@@ -66,9 +67,7 @@ TEST_F(OpenRun, FillsTheCallersFileTitle) {
 }
 
 constexpr size_t kManyCharacters = 5'000'000;
-void* __cdecl RefuseLargeBlocks(size_t size) {
-  return size > kManyCharacters ? nullptr : ::HeapAlloc(::GetProcessHeap(), 0, size);
-}
+void* __cdecl RefuseLargeBlocks(size_t size) { return size > kManyCharacters ? nullptr : std::malloc(size); }
 
 TEST_F(OpenRun, SaysWhenThereIsNoMemoryForTheNames) {
   SetLoadDpi(123, 321);
@@ -77,8 +76,6 @@ TEST_F(OpenRun, SaysWhenThereIsNoMemoryForTheNames) {
   call.openFileName.nMaxFile = kManyCharacters;
   {
     const ImportPatch memory(L"zvfiledlg.dll", "malloc", &RefuseLargeBlocks);
-    const ImportPatch release(
-        L"zvfiledlg.dll", "free", +[](void* block) { ::HeapFree(::GetProcessHeap(), 0, block); });
     EXPECT_EQ(ERROR_OUT_OF_MEMORY, Z_DlgOpen(parent.hwnd(), &call.openFileName, &call.params));
   }
   int32_t x = 0, y = 0;
