@@ -58,8 +58,18 @@ bool ShowsPicture(HWND pane) {
   return other > client.right / 16;
 }
 
+// Until the pane has not been painted for a while: what is left of the file before must not count for the next one.
+void WaitUntilSettled() {
+  constexpr DWORD kWhile = 100;  // milliseconds
+  int seen = 0;
+  do {
+    seen = paints;
+  } while (HoldsWithin(kWhile, [=] { return paints != seen; }));
+}
+
 // False when the pane did not get the picture.
 bool MeasureChoice(HWND dialog, HWND pane, const std::wstring& name) {
+  WaitUntilSettled();
   const int before = paints;
   const Clock::time_point start = Clock::now();
   SelectFile(dialog, name);
