@@ -21,6 +21,13 @@ int32_t PagesOf(const std::wstring& path) {
   return GetFileInfo(path.c_str(), &info, sizeof(info), 1, nullptr) == SUCCESS ? info.totalPages : -1;
 }
 
+// Asks without opening the file, which would be in the way of its replacement.
+DWORD BytesOf(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  ::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
+  return data.nFileSizeLow;
+}
+
 class OpenPages : public OpenSelectionTest {
  protected:
   OpenPages() {
@@ -34,11 +41,14 @@ class OpenPages : public OpenSelectionTest {
     ChooseFile(dialog, name);
     WaitUntil([=] { return IsEnabled(dialog, kOpenPageEdit); }, "there are pages to choose from");
   }
-  static void AnswerDeletion(HWND dialog, int answer) {
+  // Deletes the page that is shown, and waits until it is gone from the file.
+  static void DeletePage(HWND dialog, const std::wstring& path) {
+    const DWORD bytes = BytesOf(path);
     Click(dialog, kOpenDeletePage);
     const HWND question = WaitForMessageBox();
-    Click(question, answer);
+    Click(question, IDYES);
     WaitUntilClosed(question);
+    WaitUntil([=] { return BytesOf(path) != bytes; }, "the page is deleted");
   }
   static void CommitPage(HWND dialog) {
     ::SendMessageW(OpenHook(dialog), WM_COMMAND, MAKEWPARAM(kOpenPageEdit, kValueCommitted),
@@ -159,8 +169,7 @@ class OpenPagesOf : public OpenPages, public ::testing::WithParamInterface<const
 TEST_P(OpenPagesOf, AFirstPageIsDeletedAndTheNextTakesItsPlace) {
   ASSERT_EQ(SUCCESS_DLG_OK, Open([this](HWND dialog) {
               ChoosePages(dialog, name);
-              AnswerDeletion(dialog, IDYES);
-              WaitUntil([this] { return PagesOf(path) == 2; }, "the page is deleted");
+              DeletePage(dialog, path);
               WaitUntil([=] { return TextOf(dialog, kOpenPageEdit) == L"1"; }, "the first page is shown");
               EXPECT_TRUE(IsEnabled(dialog, kOpenPageEdit));
               Click(dialog, IDOK);
@@ -173,7 +182,7 @@ TEST_P(OpenPagesOf, DeletingTheLastPageShowsTheOneBeforeIt) {
   ASSERT_EQ(SUCCESS_DLG_OK, Open([this](HWND dialog) {
               ChoosePages(dialog, name);
               SetText(dialog, kOpenPageEdit, L"3");
-              AnswerDeletion(dialog, IDYES);
+              DeletePage(dialog, path);
               WaitUntil([=] { return TextOf(dialog, kOpenPageEdit) == L"2"; }, "the page before it is shown");
               EXPECT_TRUE(IsEnabled(dialog, kOpenPageEdit));
               EXPECT_TRUE(IsEnabled(dialog, kOpenDeletePage));
@@ -186,10 +195,9 @@ TEST_P(OpenPagesOf, DeletingTheLastPageShowsTheOneBeforeIt) {
 TEST_P(OpenPagesOf, TheControlsEndWithTheLastPageButOne) {
   Open([this](HWND dialog) {
     ChoosePages(dialog, name);
-    AnswerDeletion(dialog, IDYES);
-    WaitUntil([this] { return PagesOf(path) == 2; }, "one page is deleted");
+    DeletePage(dialog, path);
     SetText(dialog, kOpenPageEdit, L"2");
-    AnswerDeletion(dialog, IDYES);
+    DeletePage(dialog, path);
     WaitUntil([=] { return !IsEnabled(dialog, kOpenDeletePage); }, "the only page is not to be deleted");
     EXPECT_FALSE(IsEnabled(dialog, kOpenPageEdit));
     EXPECT_EQ(L"1", TextOf(dialog, kOpenPageEdit));

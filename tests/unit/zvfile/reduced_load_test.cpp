@@ -196,6 +196,33 @@ TEST(ReducedLoad, TellsThatThePictureIsReducedAndCallsForItsRowsAlone) {
   EXPECT_TRUE(info.flags & FILEINFO_REDUCED);
 }
 
+TEST(ReducedLoad, ReachesTheStreamsInsideAContainer) {
+  TestFolder folder;
+  const auto path = folder.Path(u"pages.cmp");
+  Picture original = Photograph(800, 600, 24);
+  ASSERT_EQ(Save(path, original, FMT_CMP), SUCCESS);
+  Picture loaded;
+  FILEINFO info = {};
+  info.uStructSize = sizeof info;
+  ASSERT_EQ(LoadReduced(path, {150, 112}, loaded, &info), SUCCESS);
+  EXPECT_EQ(loaded->width, 200) << "two eighths";
+  EXPECT_EQ(info.format, FMT_CMP);
+  EXPECT_TRUE(info.flags & FILEINFO_REDUCED);
+}
+
+TEST(ReducedLoad, OfADamagedFileFails) {
+  TestFolder folder;
+  const auto path = folder.Path(u"cut.jpg");
+  Picture original = Photograph(800, 600, 24);
+  ASSERT_EQ(Save(path, original, FMT_JPEG), SUCCESS);
+  std::vector<uint8_t> bytes = ReadBytes(path);
+  bytes.resize(bytes.size() / 2);
+  WriteBytes(path, bytes);
+  Picture loaded;
+  EXPECT_EQ(LoadReduced(path, {150, 112}, loaded), ERROR_FILE_DAMAGED);
+  EXPECT_FALSE(loaded->flags & BITMAP_FLAG_ALLOCATED);
+}
+
 TEST(ReducedLoad, IsAWholeLoadForFormatsThatDoNotDecodeAtScales) {
   TestFolder folder;
   const auto path = folder.Path(u"whole.png");
