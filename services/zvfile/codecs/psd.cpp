@@ -124,6 +124,7 @@ class RowMaker {
 int32_t Load(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   File file;
   int32_t result = Open(source, request, file);
+  if (result == SUCCESS && file.deflated) result = Inflate(file);
   if (result != SUCCESS) return result;
   RowMaker rows(file);
   ImageHeader header = file.header;

@@ -1,7 +1,10 @@
 #include "services/zvfile/codecs/psd_file.h"
 
+#include <libdeflate.h>
+
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace zvfile::psd {
 namespace {
@@ -16,7 +19,9 @@ enum Resource : uint16_t {
 };
 
 constexpr uint64_t kMaxFileBytes = uint64_t{4} << 30;
-constexpr uint32_t kExpansion = 64;  // of the run-length encoding
+// The most that a byte of the file can become.
+constexpr uint32_t kRunExpansion = 64;
+constexpr uint32_t kDeflateExpansion = 1040;
 
 // Big-endian numbers out of the file's bytes; reading past the end gives zeros and is remembered.
 class Reader {
@@ -110,8 +115,11 @@ void ReadLayerCount(std::span<const uint8_t> section, File& file) {
 int32_t FindRows(Reader& reader, File& file) {
   const uint16_t method = reader.U16();
   if (!reader.Good()) return ERROR_FILE_DAMAGED;
-  if (method > 1) return ERROR_FEATURE_UNSUPPORTED;
-  file.packed = method == 1;
+  enum Method : uint16_t { kPlain, kRuns, kDeflated, kPredicted };
+  if (method > kPredicted) return ERROR_FEATURE_UNSUPPORTED;
+  file.packed = method == kRuns;
+  file.deflated = method >= kDeflated;
+  file.predicted = method == kPredicted;
   const uint64_t rows = static_cast<uint64_t>(file.header.height) * file.channels;
   file.pixelsAt = reader.Tell();
   if (!file.packed) return SUCCESS;
@@ -163,10 +171,7 @@ int32_t ReadHead(Reader& reader, const LoadRequest& request, File& file) {
   file.mode = reader.U16();
   if (!reader.Good() || file.channels == 0 || file.channels > 56) return ERROR_FILE_DAMAGED;
   const int32_t storedBits = int32_t{file.channels} * file.depth;
-  int32_t result = request.limits.CheckImage(width, height, storedBits);
-  if (result == SUCCESS) {
-    result = request.limits.CheckPlausible(width, height, storedBits, file.bytes.size(), kExpansion);
-  }
+  const int32_t result = request.limits.CheckImage(width, height, storedBits);
   file.header.width = static_cast<int32_t>(width);
   file.header.height = static_cast<int32_t>(height);
   return result;
@@ -193,6 +198,20 @@ bool Unpack(std::span<const uint8_t> packed, std::span<uint8_t> row) {
   return true;
 }
 
+// Differences from sample to sample become samples; those of 16 bits are big-endian.
+void AddUp(std::span<uint8_t> row, uint16_t depth) {
+  if (depth == 8) {
+    for (size_t i = 1; i < row.size(); ++i) row[i] = static_cast<uint8_t>(row[i] + row[i - 1]);
+  } else if (depth == 16) {
+    uint32_t sum = 0;
+    for (size_t i = 0; i + 1 < row.size(); i += 2) {
+      sum += static_cast<uint32_t>(row[i] << 8 | row[i + 1]);
+      row[i] = static_cast<uint8_t>(sum >> 8);
+      row[i + 1] = static_cast<uint8_t>(sum);
+    }
+  }
+}
+
 }  // namespace
 
 int32_t Open(ByteSource& source, const LoadRequest& request, File& file) {
@@ -209,12 +228,37 @@ int32_t Open(ByteSource& source, const LoadRequest& request, File& file) {
   result = ChooseLayout(file);
   if (result == SUCCESS) result = FindRows(reader, file);
   ImageHeader& header = file.header;
+  if (result == SUCCESS) {
+    const int32_t storedBits = int32_t{file.channels} * file.depth;
+    const uint32_t expansion = file.deflated ? kDeflateExpansion : kRunExpansion;
+    result = request.limits.CheckPlausible(header.width, header.height, storedBits, file.bytes.size(), expansion);
+  }
   header.format = FMT_PSD;
-  header.compression = file.packed ? "PackBits" : "Uncompressed";
+  header.compression = file.packed ? "PackBits" : file.deflated ? "Deflate" : "Uncompressed";
   if (file.mergedAlpha) header.flags |= FILEINFO_HAS_ALPHA;
   if (!header.metadata.profile.empty()) header.flags |= FILEINFO_HAS_PROFILE;
   if (!file.thumbnail.empty()) header.flags |= FILEINFO_HAS_STAMP;
   return result;
+}
+
+int32_t Inflate(File& file) {
+  struct Deleter {
+    void operator()(libdeflate_decompressor* decompressor) const { libdeflate_free_decompressor(decompressor); }
+  };
+  const std::unique_ptr<libdeflate_decompressor, Deleter> decompressor(libdeflate_alloc_decompressor());
+  if (!decompressor) return ERROR_OUT_OF_MEMORY;
+  const size_t rowBytes = file.RowBytes();
+  file.inflated.resize(rowBytes * static_cast<size_t>(file.header.height) * file.channels);
+  const std::span<const uint8_t> stream = file.bytes.subspan(static_cast<size_t>(file.pixelsAt));
+  const libdeflate_result result = libdeflate_zlib_decompress(decompressor.get(), stream.data(), stream.size(),
+                                                              file.inflated.data(), file.inflated.size(), nullptr);
+  if (result != LIBDEFLATE_SUCCESS) return ERROR_FILE_DAMAGED;
+  for (size_t start = 0; file.predicted && start < file.inflated.size(); start += rowBytes) {
+    AddUp({&file.inflated[start], rowBytes}, file.depth);
+  }
+  file.bytes = file.inflated;
+  file.pixelsAt = 0;
+  return SUCCESS;
 }
 
 bool ReadRow(const File& file, int channel, int32_t y, std::span<uint8_t> row) {

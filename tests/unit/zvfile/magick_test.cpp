@@ -202,6 +202,49 @@ TEST_F(LongTail, PhotoshopPlanesAreReadRawAndPacked) {
   EXPECT_EQ(ColorAt(packed.bitmap, 1, 0), (Color{2 * 257, 4 * 257, 5 * 257, 65535}));
 }
 
+// A zlib stream of one block that is not compressed.
+std::vector<uint8_t> Stored(std::string_view content) {
+  std::vector<uint8_t> stream = {0x78, 0x01, 0x01};
+  const auto length = static_cast<uint16_t>(content.size());
+  for (const uint16_t value : {length, static_cast<uint16_t>(~length)}) {
+    stream.push_back(static_cast<uint8_t>(value));
+    stream.push_back(static_cast<uint8_t>(value >> 8));
+  }
+  Append(stream, content);
+  uint32_t low = 1, high = 0;  // Adler-32
+  for (const char byte : content) {
+    low = (low + static_cast<uint8_t>(byte)) % 65521;
+    high = (high + low) % 65521;
+  }
+  AppendBe(stream, high << 16 | low, 4);
+  return stream;
+}
+
+TEST_F(LongTail, PhotoshopPlanesAreReadDeflated) {
+  FILEINFO info;
+  const auto load = [&](std::vector<uint8_t> bytes, char method, std::string_view planes, Picture& picture) {
+    bytes.insert(bytes.end(), {0, static_cast<uint8_t>(method)});
+    const std::vector<uint8_t> stream = Stored(planes);
+    bytes.insert(bytes.end(), stream.begin(), stream.end());
+    return LoadBytes(u"a.psd", bytes, picture, info);
+  };
+  Picture plain, predicted, deep, damaged, tooShort;
+  ASSERT_EQ(load(PsdHead(3, 2, 1, 8, 3, false), 2, "\x01\x02\x03\x04\x05\x06"sv, plain), SUCCESS);
+  EXPECT_EQ(ColorAt(plain.bitmap, 0, 0), (Color{257, 3 * 257, 5 * 257, 65535}));
+  EXPECT_EQ(ColorAt(plain.bitmap, 1, 0), (Color{2 * 257, 4 * 257, 6 * 257, 65535}));
+  ASSERT_EQ(load(PsdHead(3, 2, 1, 8, 3, false), 3, "\x05\xFF\x03\x01\x05\x02"sv, predicted), SUCCESS);
+  EXPECT_EQ(ColorAt(predicted.bitmap, 0, 0), (Color{5 * 257, 3 * 257, 5 * 257, 65535}));
+  EXPECT_EQ(ColorAt(predicted.bitmap, 1, 0), (Color{4 * 257, 4 * 257, 7 * 257, 65535}));
+  // Each row begins anew; the sum carries over the bytes of a sample.
+  ASSERT_EQ(load(PsdHead(1, 2, 2, 16, 1, false), 3, "\x12\xFF\0\x02\x80\0\xFF\xFF"sv, deep), SUCCESS);
+  EXPECT_EQ(ColorAt(deep.bitmap, 0, 0).green, 0x12FF);
+  EXPECT_EQ(ColorAt(deep.bitmap, 1, 0).green, 0x1301);
+  EXPECT_EQ(ColorAt(deep.bitmap, 0, 1).green, 0x8000);
+  EXPECT_EQ(ColorAt(deep.bitmap, 1, 1).green, 0x7FFF);
+  EXPECT_EQ(load(PsdHead(3, 2, 1, 8, 3, false), 2, "\x01\x02"sv, tooShort), ERROR_FILE_DAMAGED);
+  EXPECT_EQ(load(PsdHead(3, 2, 1, 8, 3, false), 4, "\x01\x02\x03\x04\x05\x06"sv, damaged), ERROR_FEATURE_UNSUPPORTED);
+}
+
 TEST_F(LongTail, PhotoshopModesKeepTheirDepth) {
   Picture bilevel, indexed, gray, alpha, inks;
   FILEINFO info;
