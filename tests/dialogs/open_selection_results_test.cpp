@@ -1,5 +1,6 @@
 // What the open dialog hands over for each chosen file, field by field, and what it reports on the way.
 #include "tests/dialogs/open_selection_fixture.h"
+#include "tests/support/leak_check.h"
 
 namespace {
 
@@ -288,6 +289,22 @@ TEST_F(OpenProgressReports, StopWithinALaterFileKeepsTheFilesBefore) {
   ASSERT_EQ(2, call.params.fileCount);
   EXPECT_TRUE(Opened(0).bitmap->flags & BITMAP_FLAG_ALLOCATED);
   EXPECT_FALSE(Opened(1).bitmap->flags & BITMAP_FLAG_ALLOCATED);
+}
+
+TEST_F(OpenProgressReports, OpeningWithPicturesLeavesNothingBehind) {
+  call.params.flags = DLG_OPEN_LOAD_BITMAP | DLG_OPEN_MAKE_THUMBNAIL;
+  bool stops = false;
+  reports.answer = [&](int32_t, int32_t percent) { return stops && percent > 60 ? ERROR_USER_ABORT : SUCCESS; };
+  ExpectNothingLeftBehind(
+      [&] {
+        stops = !stops;
+        reports.file.clear();
+        reports.overall.clear();
+        reports.names.clear();
+        ASSERT_EQ(stops ? ERROR_USER_ABORT : SUCCESS_DLG_OK, OpenByName(L"first.bmp"));
+        call.FreeFiles();
+      },
+      {.warmUp = 20, .times = 80, .systemLeaves = SystemOpenDialogLeaves()});
 }
 
 }  // namespace
