@@ -87,7 +87,7 @@ int CZVFileConversionDlgResizeDlg::SelectedUnit() const {
 
 void CZVFileConversionDlgResizeDlg::OnEnable() {
   const bool enable = IsDlgButtonChecked(IDX_RESIZE_ENABLE) == BST_CHECKED;
-  for (const int id : kControlsOfEnable) GetDlgItem(id)->EnableWindow(enable);
+  for (const int id : kControlsOfEnable) ::EnableWindow(::GetDlgItem(m_hWnd, id), enable);
 }
 
 void CZVFileConversionDlgResizeDlg::OnUnitChanged() { ApplyUnit(SelectedUnit()); }
@@ -98,8 +98,8 @@ void CZVFileConversionDlgResizeDlg::ApplyUnit(int unit) {
   width_.SetRange(kSmallestSize, maximum);
   height_.SetRange(kSmallestSize, maximum);
   const int show = unit == RESIZE_UNIT_PERCENT ? SW_SHOW : SW_HIDE;
-  GetDlgItem(IDT_RESIZE_WIDTH_PERCENT)->ShowWindow(show);
-  GetDlgItem(IDT_RESIZE_HEIGHT_PERCENT)->ShowWindow(show);
+  ::ShowWindow(::GetDlgItem(m_hWnd, IDT_RESIZE_WIDTH_PERCENT), show);
+  ::ShowWindow(::GetDlgItem(m_hWnd, IDT_RESIZE_HEIGHT_PERCENT), show);
 }
 
 void CZVFileConversionDlgResizeDlg::OnOK() {

@@ -157,8 +157,8 @@ void CZVNamingTemplateDlg::ShowTag(int32_t tag) {
                                   {TAG_SRC, IDT_NAMING_CASE, IDC_NAMING_CASE}};
   for (const ListOfTag& list : kLists) {
     const int show = list.tag == tag ? SW_SHOW : SW_HIDE;
-    GetDlgItem(list.labelId)->ShowWindow(show);
-    GetDlgItem(list.listId)->ShowWindow(show);
+    ::ShowWindow(::GetDlgItem(m_hWnd, list.labelId), show);
+    ::ShowWindow(::GetDlgItem(m_hWnd, list.listId), show);
   }
 }
 

@@ -122,7 +122,7 @@ std::array<int, 13> CZVNumberingControls::AllIds() const {
 
 void CZVNumberingControls::Show(CWnd& dialog, bool show) const {
   for (const int id : AllIds()) {
-    if (id != 0) dialog.GetDlgItem(id)->ShowWindow(show ? SW_SHOW : SW_HIDE);
+    if (id != 0) ::ShowWindow(::GetDlgItem(dialog, id), show ? SW_SHOW : SW_HIDE);
   }
 }
 
