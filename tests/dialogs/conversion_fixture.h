@@ -83,9 +83,7 @@ class ConversionDialog : public ::testing::Test {
               "no box over the dialog");
   }
   // Presses Convert and waits for the end of the run.
-  static void ConvertAndWait(HWND dialog) {
-    ClickAndWait(dialog, IDB_CONV_CONVERT);
-  }
+  static void ConvertAndWait(HWND dialog) { ClickAndWait(dialog, IDB_CONV_CONVERT); }
 
   // The one button of a message box has either number, by the system's version.
   static void Dismiss(HWND messageBox) {
