@@ -8,6 +8,8 @@
 #include <cstring>
 #include <functional>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "services/zvcore/zvcore.h"
 
@@ -60,10 +62,13 @@ double Best(const BITMAPHANDLE& original, const std::function<int32_t(BITMAPHAND
   return best;
 }
 
-void Measure(const Format& format, const char* only) {
+// Only the operations whose names hold one of the words, when there are any.
+void Measure(const Format& format, const std::vector<std::string>& words) {
   BITMAPHANDLE photograph = MakePhotograph(format);
   const auto line = [&](const char* name, const std::function<int32_t(BITMAPHANDLE&)>& operation) {
-    if (only && !std::strstr(name, only)) return;
+    const bool wanted = std::any_of(words.begin(), words.end(),
+                                    [&](const std::string& word) { return std::strstr(name, word.c_str()); });
+    if (!words.empty() && !wanted) return;
     const double time = Best(photograph, operation);
     if (time < kNothingDone) return;  // the photograph is in that format already
     std::printf("%-14s %-28s %8.1f ms %8.0f MP/s\n", format.name, name, time,
@@ -104,14 +109,14 @@ void Measure(const Format& format, const char* only) {
 
 }  // namespace
 
-// Usage: zvresample_bench [format name [part of an operation's name]]
+// Usage: zvresample_bench [format name [part of an operation's name...]]
 int main(int argc, char** argv) {
   const Format formats[] = {{"24 bit", 24, ORDER_BGR, 0}, {"8 bit grey", 8, ORDER_GRAY, 0},
                             {"32 bit", 32, ORDER_BGR, 0}, {"32 bit alpha", 32, ORDER_BGR, BITMAP_FLAG_ALPHA},
                             {"48 bit", 48, ORDER_RGB, 0}, {"8 bit palette", 8, ORDER_BGR, 0},
                             {"1 bit", 1, ORDER_BGR, 0}};
   for (const Format& format : formats) {
-    if (argc < 2 || std::strcmp(argv[1], format.name) == 0) Measure(format, argc > 2 ? argv[2] : nullptr);
+    if (argc < 2 || std::strcmp(argv[1], format.name) == 0) Measure(format, {argv + std::min(argc, 2), argv + argc});
   }
   return 0;
 }

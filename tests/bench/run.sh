@@ -5,4 +5,5 @@
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
 
 python3 "$root/tests/bench/run.py" "$build" --write "$root/docs/performance.md"
+python3 "$root/tests/bench/pixel_bench.py" "$build" --write "$root/docs/performance.md"
 python3 "$root/tests/bench/open_bench.py" "$build" --write "$root/docs/performance.md"
