@@ -68,21 +68,20 @@ def preview_rows(build, images, work, options):
     """From the choice of a file in the dialog to the end of the pane's first paint with its picture."""
     folder = images / "large"
     files = sorted(path.name for path in folder.iterdir())
-    ours, paints, peer = [], [], []
+    first, further, stamped, peer = [], [], [], []
     for _ in range(ROUNDS):
         runs = run_ours(build, "preview", windows_path(folder))
-        ours += [run["seconds"] for run in runs]
-        paints += [run["paint"] for run in runs]
+        first += runs[:1]
+        further += runs[1:]
+        stamped += run_ours(build, "preview", windows_path(images / "stamped"))
         peer += [seconds_of_peer(["djpeg", "-outfile", "/dev/null", file], folder) for file in files]
-    stamped = [run for _ in range(ROUNDS) for run in run_ours(build, "preview", windows_path(images / "stamped"))]
-    shown = statistics.median(run["seconds"] - run["paint"] for run in stamped)
-    full, decoded = statistics.median(ours), statistics.median(peer)
-    return ["| preview | ours ms | of which paint ms | djpeg ms | ours : djpeg |",
-            "|---|---|---|---|---|",
-            f"| JPEG of 24 megapixels | {full * 1000:.0f} | {statistics.median(paints) * 1000:.1f} | "
-            f"{decoded * 1000:.0f} | {full / decoded:.2f} |",
-            f"| the same with an Exif thumbnail | {shown * 1000:.1f} and the paint | "
-            f"{statistics.median(run['paint'] for run in stamped) * 1000:.1f} | | |"]
+    decoded = statistics.median(peer)
+    rows = ["| preview | ours ms | of which paint ms | djpeg ms | ours : djpeg |", "|---|---|---|---|---|"]
+    for name, runs in (("JPEG of 24 megapixels", further), ("the first one in a dialog", first),
+                       ("with an Exif thumbnail", stamped)):
+        shown, paint = (statistics.median(run[key] for run in runs) for key in ("seconds", "paint"))
+        rows.append(f"| {name} | {shown * 1000:.0f} | {paint * 1000:.1f} | {decoded * 1000:.0f} | {shown / decoded:.2f} |")
+    return rows
 
 
 def thumbnail_rows(build, images, work, options):
