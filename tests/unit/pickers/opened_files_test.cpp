@@ -166,7 +166,7 @@ TEST_F(FilesOpened, SucceedWhenAtLeastOneImageCouldBeLoaded) {
   ASSERT_EQ(2, taken.fileCount);
   EXPECT_FALSE(taken.files[0].bitmap->flags & BITMAP_FLAG_ALLOCATED);
   FreeTaken();
-  EXPECT_NE(SUCCESS, Read({cut}, DLG_OPEN_LOAD_BITMAP)) << "none could be loaded";
+  EXPECT_EQ(ERROR_FILE_DAMAGED, Read({cut}, DLG_OPEN_LOAD_BITMAP)) << "none could be loaded";
   EXPECT_EQ(nullptr, taken.files);
 }
 
