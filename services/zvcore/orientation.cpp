@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "services/zvcore/memory.h"
 #include "services/zvcore/pixels.h"
@@ -12,30 +13,33 @@
 namespace zvcore {
 namespace {
 
-// Rows change places from the outside inwards. Nothing can stop it half way, so only the start can be aborted.
+// Two rows at a time: those that change places, from the outside inwards, or neighbours. Both are copied as they are and come
+// back turned: memory is read and written forwards, which is fastest. Nothing can stop it half way, so only the start can be
+// aborted.
 int32_t ReorientInPlace(BITMAPHANDLE& bitmap, Orientation orientation, bool reportsProgress) {
   const auto bytes = static_cast<size_t>(LineBytes(bitmap.width, bitmap.bitsPerPixel));
-  Buffer<uint8_t> upperTurned, lowerTurned;
-  if (!upperTurned.Allocate(bytes) || !lowerTurned.Allocate(bytes)) return ERROR_OUT_OF_MEMORY;
+  Buffer<uint8_t> firstCopy, secondCopy;
+  if (!firstCopy.Allocate(bytes) || !secondCopy.Allocate(bytes)) return ERROR_OUT_OF_MEMORY;
   Progress progress(1);
   if (reportsProgress && progress.Reached(0) != SUCCESS) return ERROR_USER_ABORT;
-  const auto turn = [&](const uint8_t* row, Buffer<uint8_t>& out) {
+  const auto putTurned = [&](const Buffer<uint8_t>& row, uint8_t* out) {
     if (!orientation.mirrored) {
-      std::memcpy(out.data(), row, bytes);
+      std::memcpy(out, row.data(), bytes);
     } else {
-      ReverseRow(row, bitmap.width, bitmap.bitsPerPixel, out.data());
+      ReverseRow(row.data(), bitmap.width, bitmap.bitsPerPixel, out);
     }
   };
-  const int32_t rows = orientation.flipped ? (bitmap.height + 1) / 2 : bitmap.height;
-  for (int32_t y = 0; y < rows; ++y) {
-    uint8_t* upper = WritableRowAt(bitmap, y);
-    uint8_t* lower = WritableRowAt(bitmap, orientation.flipped ? bitmap.height - 1 - y : y);
-    turn(upper, upperTurned);
-    if (upper != lower) {
-      turn(lower, lowerTurned);
-      std::memcpy(upper, lowerTurned.data(), bytes);
-    }
-    std::memcpy(lower, upperTurned.data(), bytes);
+  const int32_t pairs = (bitmap.height + 1) / 2;
+  for (int32_t i = 0; i < pairs; ++i) {
+    // The middle row of an odd number is its own partner.
+    uint8_t* first = WritableRowAt(bitmap, orientation.flipped ? i : 2 * i);
+    uint8_t* second =
+        WritableRowAt(bitmap, orientation.flipped ? bitmap.height - 1 - i : std::min(2 * i + 1, bitmap.height - 1));
+    std::memcpy(firstCopy.data(), first, bytes);
+    std::memcpy(secondCopy.data(), second, bytes);
+    if (orientation.flipped) std::swap(first, second);
+    putTurned(firstCopy, first);
+    putTurned(secondCopy, second);
   }
   if (reportsProgress) progress.Reached(1);
   return SUCCESS;
