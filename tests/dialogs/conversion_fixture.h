@@ -82,6 +82,14 @@ class ConversionDialog : public ::testing::Test {
     WaitUntil([dialog] { return ::IsWindowEnabled(dialog) && !FindDialogTitled(L"Converting..."); },
               "no box over the dialog");
   }
+  // Ends a dialog that stands over the conversion dialog, and waits until that can be used again: a press that comes earlier
+  // may be lost with the focus.
+  static void CloseWith(HWND dialog, int button) {
+    const HWND owner = ::GetWindow(dialog, GW_OWNER);
+    Click(dialog, button);
+    WaitUntilClosed(dialog);
+    WaitUntil([owner] { return ::IsWindowEnabled(owner); }, "the dialog below can be used again");
+  }
   // Presses Convert and waits for the end of the run.
   static void ConvertAndWait(HWND dialog) { ClickAndWait(dialog, IDB_CONV_CONVERT); }
 

@@ -177,7 +177,7 @@ TEST_F(NamingDialogs, NamesTheFilesOfARunByTheTemplate) {
   WithNamingDialog([](HWND conversion, HWND naming) {
     SetText(naming, IDE_NAMING_TEMPLATE, L"<NUM>-<SRC>");
     CloseWith(naming, IDOK);
-    Click(conversion, IDB_CONV_SELECT_ALL);
+    ClickAndWait(conversion, IDB_CONV_SELECT_ALL);
     ConvertAndWait(conversion);
   });
   EXPECT_EQ((std::vector<std::wstring>{L"0-one.jpg", L"1-two.jpg"}), Outputs());
@@ -232,7 +232,7 @@ TEST_F(NamingDialogs, RenameOverwritesThePrefixFormWithTheSuffixFormWhenItIsOpen
   WithRenameDialog([](HWND conversion, HWND rename) {
     Click(rename, IDX_RENAME_PREFIX);
     CloseWith(rename, IDOK);
-    Click(conversion, IDB_CONV_SELECT_ALL);
+    ClickAndWait(conversion, IDB_CONV_SELECT_ALL);
     ConvertAndWait(conversion);
     CloseWith(OpenRename(conversion), IDOK);
     ConvertAndWait(conversion);

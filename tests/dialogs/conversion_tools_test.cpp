@@ -23,10 +23,6 @@ class ConversionTools : public ConversionDialog {
     Click(conversion, button);
     return WaitForDialogWith(controlId);
   }
-  static void CloseWith(HWND dialog, int button) {
-    Click(dialog, button);
-    WaitUntilClosed(dialog);
-  }
 };
 
 TEST_F(ConversionTools, ResizeEnablesItsControlsWithTheCheck) {
@@ -240,7 +236,7 @@ TEST_F(ConversionTools, LogReportShowsARowForEachFileWithFullPaths) {
   AddPicture(L"one.bmp");
   AddPicture(L"two.bmp");
   RunAndClose([this](HWND dialog) {
-    Click(dialog, IDB_CONV_SELECT_ALL);
+    ClickAndWait(dialog, IDB_CONV_SELECT_ALL);
     Click(dialog, IDB_CONV_CONVERT);
     const HWND log = WaitForDialogWith(IDL_LOG);
     ASSERT_EQ(2, ListViewCount(log, IDL_LOG));

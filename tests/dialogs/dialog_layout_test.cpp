@@ -92,7 +92,7 @@ TEST_P(ConversionLayout, OfTheProgressDialogAndTheOverwriteQuestion) {
   out.AddFile(L"a picture of the harbour at dawn, taken from the old pier 1.png", {1});
   params.overwriteMode = OVERWRITE_ASK;
   RunAndClose([](HWND dialog) {
-    Click(dialog, IDB_CONV_SELECT_ALL);
+    ClickAndWait(dialog, IDB_CONV_SELECT_ALL);
     Click(dialog, IDB_CONV_CONVERT);
     const HWND ask = WaitForDialogWith(IDB_CONV_ASK_REPLACE);
     ExpectGoodLayout(ask, L"conversion_overwrite");
@@ -143,7 +143,7 @@ TEST_P(ConversionLayout, OfTheLogReport) {
   AddToList(in.AddFile(L"a name that is rather long for a list of files.bmp"));
   AddPicture(L"old pier.bmp");
   RunAndClose([](HWND dialog) {
-    Click(dialog, IDB_CONV_SELECT_ALL);
+    ClickAndWait(dialog, IDB_CONV_SELECT_ALL);
     Click(dialog, IDB_CONV_CONVERT);
     const HWND log = WaitForDialogWith(IDL_LOG);
     ExpectGoodLayout(log, Picture(L"log_report"));

@@ -29,10 +29,6 @@ class NamingDialogs : public ConversionDialog {
     return WaitForDialogWith(IDX_RENAME_PREFIX);
   }
 
-  static void CloseWith(HWND dialog, int button) {
-    Click(dialog, button);
-    WaitUntilClosed(dialog);
-  }
   static std::wstring Sample(HWND dialog, int row) { return ListViewText(dialog, IDL_NAMING_SAMPLES, row, 0); }
   static std::wstring RenameSample(HWND dialog, int row) { return ListViewText(dialog, IDL_RENAME_SAMPLES, row, 0); }
   static std::wstring KernelText(uint32_t id) {
