@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 #include "services/zvcore/byte_rows.h"
@@ -76,6 +77,29 @@ class NearestResampler : public Resampler {
 
 constexpr int32_t kRing = 4;  // filtered rows that an enlargement needs at a time
 
+// The filtered rows made last, each made once while an enlargement moves down.
+template <typename Sample>
+class RowRing {
+ public:
+  bool Allocate(size_t samples) {
+    return std::all_of(std::begin(rows_), std::end(rows_), [=](auto& row) { return row.Allocate(samples); });
+  }
+  // That row; `make` fills it when it is not here any more.
+  template <typename Make>
+  const Sample* Row(int32_t row, Make make) {
+    const int32_t slot = row % kRing;
+    if (holds_[slot] != row) {
+      holds_[slot] = row;
+      make(rows_[slot].data());
+    }
+    return rows_[slot].data();
+  }
+
+ private:
+  Buffer<Sample> rows_[kRing];
+  int32_t holds_[kRing] = {-1, -1, -1, -1};
+};
+
 // 8-bit channels. The pass that leaves fewer samples to the other comes first: down the columns for a reduction,
 // along the rows for an enlargement.
 class FixedResampler : public Resampler {
@@ -96,8 +120,7 @@ class FixedResampler : public Resampler {
     bool enough = words.Allocate(static_cast<size_t>(sourceSamples)) &&
                   packed.Allocate(static_cast<size_t>(resultSamples)) &&
                   expanded.Allocate(static_cast<size_t>(sourceSamples) * ByteRowSum::kRowsAtOnce);
-    for (int32_t i = 0; enough && !downFirst && i < kRing; ++i)
-      enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
+    if (enough && !downFirst) enough = ring.Allocate(static_cast<size_t>(resultSamples));
     return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
   }
 
@@ -127,13 +150,10 @@ class FixedResampler : public Resampler {
   }
 
   const int16_t* FilteredRow(int32_t sourceRow) {
-    const int32_t slot = sourceRow % kRing;
-    if (ringHolds[slot] != sourceRow) {
-      ringHolds[slot] = sourceRow;
+    return ring.Row(sourceRow, [&](int16_t* out) {
       WidenRow(reader.Row(sourceRow, expanded.data()), sourceSamples, words.data());
-      FilterWordsToWords(words.data(), columns, channels, destination.width, ring[slot].data());
-    }
-    return ring[slot].data();
+      FilterWordsToWords(words.data(), columns, channels, destination.width, out);
+    });
   }
 
   const BITMAPHANDLE& source;
@@ -149,8 +169,7 @@ class FixedResampler : public Resampler {
   Buffer<uint8_t> expanded;  // rows of a bitmap that is not in channels
   Buffer<uint8_t> packed;    // a result row that has yet to be packed
   Buffer<int16_t> words;
-  Buffer<int16_t> ring[kRing];
-  int32_t ringHolds[kRing] = {-1, -1, -1, -1};
+  RowRing<int16_t> ring;
 };
 
 // 16-bit channels, alpha, and reductions beyond fixed point.
@@ -172,8 +191,7 @@ class FloatResampler : public Resampler {
                   out.Allocate(static_cast<size_t>(resultSamples)) &&
                   bytes.Allocate(static_cast<size_t>(std::max(sourceSamples, resultSamples)));
     if (downFirst) return enough && sum.Allocate(static_cast<size_t>(sourceSamples)) ? SUCCESS : ERROR_OUT_OF_MEMORY;
-    for (int32_t i = 0; enough && i < kRing; ++i) enough = ring[i].Allocate(static_cast<size_t>(resultSamples));
-    return enough ? SUCCESS : ERROR_OUT_OF_MEMORY;
+    return enough && ring.Allocate(static_cast<size_t>(resultSamples)) ? SUCCESS : ERROR_OUT_OF_MEMORY;
   }
 
   void MakeRow(int32_t row) override {
@@ -195,12 +213,9 @@ class FloatResampler : public Resampler {
   }
 
   const float* FilteredRow(int32_t sourceRow) {
-    const int32_t slot = sourceRow % kRing;
-    if (ringHolds[slot] != sourceRow) {
-      ringHolds[slot] = sourceRow;
-      FilterFloatRow(LoadedRow(sourceRow), columns, channels, destination.width, ring[slot].data());
-    }
-    return ring[slot].data();
+    return ring.Row(sourceRow, [&](float* filtered) {
+      FilterFloatRow(LoadedRow(sourceRow), columns, channels, destination.width, filtered);
+    });
   }
 
   const BITMAPHANDLE& source;
@@ -214,8 +229,7 @@ class FloatResampler : public Resampler {
   bool downFirst = false;
   Buffer<uint8_t> bytes;
   Buffer<float> loaded, sum, out;
-  Buffer<float> ring[kRing];
-  int32_t ringHolds[kRing] = {-1, -1, -1, -1};
+  RowRing<float> ring;
 };
 
 }  // namespace
