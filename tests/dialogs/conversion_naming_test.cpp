@@ -196,7 +196,7 @@ TEST_F(NamingDialogs, RenameOffersTheNumberAsSuffixAtFirst) {
 
 TEST_F(NamingDialogs, RenamePutsTheTagInFront) {
   WithRenameDialog([](HWND, HWND rename) {
-    Click(rename, IDX_RENAME_PREFIX);
+    ClickAndWait(rename, IDX_RENAME_PREFIX);
     SelectCombo(rename, IDC_RENAME_TAG, 1);
     EXPECT_EQ(L"aFileName", RenameSample(rename, 0));
     EXPECT_EQ(L"bFileName", RenameSample(rename, 1));
@@ -206,7 +206,7 @@ TEST_F(NamingDialogs, RenamePutsTheTagInFront) {
 
 TEST_F(NamingDialogs, RenameWritesLettersOfAMixedCounterInUpperCase) {
   WithRenameDialog([](HWND, HWND rename) {
-    Click(rename, IDX_RENAME_PREFIX);
+    ClickAndWait(rename, IDX_RENAME_PREFIX);
     SelectCombo(rename, IDC_RENAME_TAG, 2);
     Check(rename, IDX_RENAME_ALNUM_UPPER, true);
     EXPECT_EQ(L"AFileName", RenameSample(rename, 10));
@@ -216,7 +216,7 @@ TEST_F(NamingDialogs, RenameWritesLettersOfAMixedCounterInUpperCase) {
 
 TEST_F(NamingDialogs, RenameOpensWithSuffixAgainAfterPrefixWasChosen) {
   WithRenameDialog([](HWND conversion, HWND rename) {
-    Click(rename, IDX_RENAME_PREFIX);
+    ClickAndWait(rename, IDX_RENAME_PREFIX);
     CloseWith(rename, IDOK);
     rename = OpenRename(conversion);
     EXPECT_TRUE(IsChecked(rename, IDX_RENAME_SUFFIX));
@@ -230,7 +230,7 @@ TEST_F(NamingDialogs, RenameOverwritesThePrefixFormWithTheSuffixFormWhenItIsOpen
   AddPicture(L"one.bmp");
   out.AddFile(L"one.jpg", {1});
   WithRenameDialog([](HWND conversion, HWND rename) {
-    Click(rename, IDX_RENAME_PREFIX);
+    ClickAndWait(rename, IDX_RENAME_PREFIX);
     CloseWith(rename, IDOK);
     ClickAndWait(conversion, IDB_CONV_SELECT_ALL);
     ConvertAndWait(conversion);

@@ -172,7 +172,7 @@ TEST_F(ConversionTools, PagesRefuseABadListAndStayOpen) {
   With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND, HWND pages) {
     EXPECT_TRUE(IsChecked(pages, IDX_PAGES_ALL));
     EXPECT_FALSE(IsEnabled(pages, IDE_PAGES_LIST));
-    Click(pages, IDX_PAGES_LIST);
+    ClickAndWait(pages, IDX_PAGES_LIST);
     WaitUntil([pages] { return IsEnabled(pages, IDE_PAGES_LIST); }, "the page list can be typed");
     EXPECT_EQ(L"1", TextOf(pages, IDE_PAGES_LIST));
     SetText(pages, IDE_PAGES_LIST, L"1-2-3");
@@ -187,7 +187,7 @@ TEST_F(ConversionTools, PagesRefuseABadListAndStayOpen) {
 TEST_F(ConversionTools, PagesAreClippedToEachFileAndShownInItsRow) {
   AddPicture(L"one.bmp");
   With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND conversion, HWND pages) {
-    Click(pages, IDX_PAGES_LIST);
+    ClickAndWait(pages, IDX_PAGES_LIST);
     SetText(pages, IDE_PAGES_LIST, L"1,3-5");
     CloseWith(pages, IDOK);
     EXPECT_EQ(L"1", ListViewText(conversion, IDL_CONV_FILES, 0, 1));
@@ -202,7 +202,7 @@ TEST_F(ConversionTools, PagesAreClippedToEachOfSeveralFiles) {
     SelectListViewRows(dialog, IDL_CONV_FILES, {0, 1});
     Click(dialog, IDB_CONV_PAGE_OPTIONS);
     const HWND pages = WaitForDialogWith(IDX_PAGES_ALL);
-    Click(pages, IDX_PAGES_LIST);
+    ClickAndWait(pages, IDX_PAGES_LIST);
     SetText(pages, IDE_PAGES_LIST, L"1,3,9");
     CloseWith(pages, IDOK);
     EXPECT_EQ(L"1,3", ListViewText(dialog, IDL_CONV_FILES, 0, 1));

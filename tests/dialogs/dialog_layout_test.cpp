@@ -129,7 +129,7 @@ TEST_P(ConversionLayout, OfTheRotateDialog) {
 
 TEST_P(ConversionLayout, OfThePageSelection) {
   With(IDB_CONV_PAGE_OPTIONS, IDX_PAGES_ALL, [](HWND pages) {
-    Click(pages, IDX_PAGES_LIST);
+    ClickAndWait(pages, IDX_PAGES_LIST);
     WaitUntil([pages] { return IsEnabled(pages, IDE_PAGES_LIST); }, "the page list can be typed");
     SetText(pages, IDE_PAGES_LIST, L"1,3,5-7");
     ExpectGoodLayout(pages, Picture(L"pages"));

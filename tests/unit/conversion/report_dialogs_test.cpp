@@ -178,7 +178,7 @@ class PageSelection : public ToolDialog {
   }
   int32_t ChoosePages(const std::wstring& text) {
     return Run([&](HWND dialog) {
-      Click(dialog, IDX_PAGES_LIST);
+      ClickAndWait(dialog, IDX_PAGES_LIST);
       SetText(dialog, IDE_PAGES_LIST, text);
       End(dialog, IDOK);
     });
@@ -221,7 +221,7 @@ TEST_F(PageSelection, OpensWithPageOneWhateverWasChosenBefore) {
 TEST_F(PageSelection, RefusesAListThatIsNoneAndStays) {
   for (const wchar_t* const text : {L"", L"0", L"2,", L",2", L"1-", L"1-2-3"}) {
     EXPECT_EQ(IDCANCEL, Run([text](HWND dialog) {
-                Click(dialog, IDX_PAGES_LIST);
+                ClickAndWait(dialog, IDX_PAGES_LIST);
                 SetText(dialog, IDE_PAGES_LIST, text);
                 Click(dialog, IDOK);
                 const HWND box = WaitForMessageBox();
