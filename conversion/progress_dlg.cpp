@@ -35,6 +35,7 @@ const UINT kStartMessage = ::RegisterWindowMessageW(L"ZV_DLG_FILECONVERSIONDLGPR
 
 BEGIN_MESSAGE_MAP(CZVFileConversionDlgProgressDlg, CZVBaseDialog)
   ON_BN_CLICKED(IDB_CONV_ABORT, OnAbort)
+  ON_WM_ENABLE()
   ON_REGISTERED_MESSAGE(kStartMessage, OnStart)
 END_MESSAGE_MAP()
 
@@ -119,6 +120,14 @@ void CZVFileConversionDlgProgressDlg::ShowProgress(bool atOnce) {
   if (shown_.line != line_) {
     line_ = shown_.line;
     SetDlgItemText(IDT_CONV_LAST_FILE, line_);
+  }
+}
+
+// A question about a file opens over the dialog and stands as long as the user likes: what is below it must be true.
+void CZVFileConversionDlgProgressDlg::OnEnable(BOOL enabled) {
+  CZVBaseDialog::OnEnable(enabled);
+  if (!enabled) {
+    ShowProgress(true);
   }
 }
 

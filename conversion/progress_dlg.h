@@ -34,6 +34,7 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
   void ConvertAll();
   void ShowProgress(bool atOnce);
   void OnAbort();
+  void OnEnable(BOOL enabled);
   bool RequestEnd(int command);
 
   CZVConversionRun* run_ = nullptr;

@@ -220,6 +220,25 @@ TEST_F(OverwriteQuestion, EnterLosesNothing) {
   EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
 }
 
+TEST_F(ConversionRun, BelowAQuestionTheProgressIsThatOfTheFilesBefore) {
+  for (const wchar_t* name : {L"1.bmp", L"2.bmp", L"3.bmp"}) {
+    AddPicture(name);
+  }
+  out.AddFile(L"3.png", {7});
+  params.overwriteMode = OVERWRITE_ASK;
+  RunAndClose([&](HWND dialog) {
+    ChooseAllFiles(dialog);
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND ask = WaitForDialogWith(IDB_CONV_ASK_REPLACE);
+    const HWND progress = WaitForDialogWith(IDP_CONV_TOTAL);
+    EXPECT_NE(std::wstring::npos, TextOf(progress, IDT_CONV_LAST_FILE).find(out.File(L"2.png")));
+    EXPECT_EQ(33, ::SendMessageW(Control(progress, IDP_CONV_TOTAL), PBM_GETPOS, 0, 0)) << "one of three, and the second";
+    EXPECT_EQ(0, ::SendMessageW(Control(progress, IDP_CONV_FILE), PBM_GETPOS, 0, 0));
+    Click(ask, IDB_CONV_ASK_SKIP);
+    WaitUntilRunEnds(dialog);
+  });
+}
+
 // --- The destination folder ---
 
 class DestinationFolder : public ConversionRun {
