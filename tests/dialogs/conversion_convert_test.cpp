@@ -232,7 +232,8 @@ TEST_F(ConversionRun, BelowAQuestionTheProgressIsThatOfTheFilesBefore) {
     const HWND ask = WaitForDialogWith(IDB_CONV_ASK_REPLACE);
     const HWND progress = WaitForDialogWith(IDP_CONV_TOTAL);
     EXPECT_NE(std::wstring::npos, TextOf(progress, IDT_CONV_LAST_FILE).find(out.File(L"2.png")));
-    EXPECT_EQ(33, ::SendMessageW(Control(progress, IDP_CONV_TOTAL), PBM_GETPOS, 0, 0)) << "one of three, and the second";
+    EXPECT_EQ(33, ::SendMessageW(Control(progress, IDP_CONV_TOTAL), PBM_GETPOS, 0, 0))
+        << "one of three, and the second";
     EXPECT_EQ(0, ::SendMessageW(Control(progress, IDP_CONV_FILE), PBM_GETPOS, 0, 0));
     Click(ask, IDB_CONV_ASK_SKIP);
     WaitUntilRunEnds(dialog);
