@@ -4,6 +4,7 @@
 #include "platform/afx.h"
 #include "platform/win_app.h"
 #include "resources/conversion_ids.h"
+#include "services/zvcore/zvcore.h"
 #include "services/zvdlgbase/string_ids.h"
 #include "services/zvdlgutil/general.h"
 
@@ -79,7 +80,9 @@ LRESULT CZVFileConversionDlgProgressDlg::OnStart(WPARAM, LPARAM) {
   RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
   data_->log.RemoveAll();
   run_->SetStatus(&Pump, this);
+  KeepPixelMemory(1);
   ConvertAll();
+  KeepPixelMemory(0);
   run_->SetStatus(nullptr, nullptr);
   animation_.Stop();
   animation_.Close();

@@ -18,7 +18,7 @@ bool FailsNow() noexcept {
   return blocksUntilFailure.fetch_sub(1) == 0;
 }
 
-// The pixels of the last large bitmap that was freed. The system takes pages away and hands them out again zeroed one by one,
+// The pixels of a large bitmap that was freed; of two, the larger one. The system takes pages away and hands them out again zeroed one by one,
 // which for a photograph costs a third of its decoding.
 struct SparePixels {
   std::mutex mutex;
@@ -34,12 +34,16 @@ SparePixels& Spare() {
   return spare;
 }
 
+// The spare block when it fits. One that does not fit goes back to the system before a large block is taken from there, so that
+// no memory is held besides.
 void* TakeSpare(uint64_t bytes) noexcept {
   SparePixels& spare = Spare();
   const std::lock_guard lock(spare.mutex);
   // A block much larger than asked for would be held by a small bitmap.
   const bool fits = spare.block && bytes <= spare.bytes && bytes >= spare.bytes / 2;
-  return fits ? std::exchange(spare.block, nullptr) : nullptr;
+  if (fits) return std::exchange(spare.block, nullptr);
+  if (bytes >= kWorthKeeping) std::free(std::exchange(spare.block, nullptr));
+  return nullptr;
 }
 
 }  // namespace
@@ -72,7 +76,7 @@ void ReleasePixels(void* block, uint64_t bytes) noexcept {
   SparePixels& spare = Spare();
   {
     const std::lock_guard lock(spare.mutex);
-    if (block && spare.keepers > 0 && bytes >= kWorthKeeping) {
+    if (block && spare.keepers > 0 && bytes >= kWorthKeeping && (!spare.block || bytes >= spare.bytes)) {
       liveBlocks.fetch_sub(1, std::memory_order_relaxed);
       spare.bytes = bytes;
       block = std::exchange(spare.block, block);

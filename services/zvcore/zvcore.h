@@ -160,8 +160,8 @@ ZVCORE_API int32_t CoreFreeBuffer(void* block, int32_t line, const char* file);
 ZVCORE_API int32_t TrackAllocation(int32_t kind, const void* block, int32_t line, const char* file);
 ZVCORE_API int32_t TrackFree(int32_t kind, const void* block, int32_t line, const char* file);
 
-/* keep 1 begins, 0 ends a time in which the pixels of the last large bitmap that was freed wait for the next one of their size,
- * instead of going back to the system: for browsing through photographs, where that costs a third of the loading. Such times
+/* keep 1 begins, 0 ends a time in which the pixels of a large bitmap that was freed wait for the next one of their size,
+ * instead of going back to the system: for going through many photographs, where that costs a third of the loading. Such times
  * nest; the end of the last frees what waits. */
 ZVCORE_API void KeepPixelMemory(int32_t keep);
 /* Blocks of CoreAlloc and the string copies, and pixel blocks, that have not been freed: what a leak check compares. */

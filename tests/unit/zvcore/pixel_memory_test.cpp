@@ -72,6 +72,17 @@ TEST_F(KeptPixels, AreNotHeldBySmallBitmaps) {
   FreeBitmap(&second);
 }
 
+TEST_F(KeptPixels, OfALargeAndASmallerBitmapAreThoseOfTheLarge) {
+  BITMAPHANDLE large = Make(2 * kSide), smaller = Make(kSide);
+  const uint8_t* const pixels = large.data;
+  FreeBitmap(&large);
+  FreeBitmap(&smaller);
+  BITMAPHANDLE next = Make(2 * kSide);
+  EXPECT_EQ(next.data, pixels);
+  FreeBitmap(&next);
+  EXPECT_EQ(CoreBlockCount(), blocks);
+}
+
 TEST_F(KeptPixels, WaitUntilTheLastOfNestedTimesEnds) {
   KeepPixelMemory(1);
   KeepPixelMemory(0);
