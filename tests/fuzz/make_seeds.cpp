@@ -1,8 +1,10 @@
-// Writes the inputs that fuzzing begins with: a small picture in every format and depth that the library can save.
+// Writes the inputs that fuzzing begins with: a small picture in every format and depth that the library can save, and files of a
+// few bytes that claim gigabytes.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #include "services/zvfile/codec.h"
 
@@ -37,6 +39,22 @@ void WriteSeed(const std::filesystem::path& folder, int32_t format, int32_t bits
   FreeBitmap(&bitmap);
 }
 
+struct Forgery {
+  const char* name;
+  std::string_view bytes;
+  char choice;  // the byte behind the file
+};
+using namespace std::string_view_literals;
+constexpr Forgery kForgeries[] = {
+    {"text_of_2_gb.png",
+     "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\x25\0\0\0\x17\x10\x06\0\0\0\xDC\xBC\x5A\xE6\x71\x01\0\0tEXtAuthor\0"sv, 0},
+    {"16000_x_16000.tga", "\0\0\2\0\0\0\0\0\0\0\0\0\x80\x3E\x80\x3E\x18\0\x01\x02\x03"sv, 1},
+};
+
+void WriteForgery(const std::filesystem::path& folder, const Forgery& forgery) {
+  std::ofstream(folder / forgery.name, std::ios::binary) << forgery.bytes << forgery.choice;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -54,5 +72,6 @@ int main(int count, char** arguments) {
       if (row.saveDepths != 0) WriteSeed(folder, row.format, 24, -1);
     }
   }
+  for (const Forgery& forgery : kForgeries) WriteForgery(folder, forgery);
   return 0;
 }

@@ -52,8 +52,30 @@ void ReadLayout(Opened& opened) {
   opened.reductions = std::max(levels, 0);
 }
 
+uint64_t Be32(const uint8_t* bytes) {
+  return uint64_t{bytes[0]} << 24 | uint64_t{bytes[1]} << 16 | uint64_t{bytes[2]} << 8 | bytes[3];
+}
+
+// OpenJPEG takes five kilobytes for every tile that the image is said to have, while each tile has a part in the file. The layout
+// is that of the SIZ marker segment: ISO/IEC 15444-1, annex A.5.1.
+bool TilesArePlausible(ByteSource& source) {
+  constexpr size_t kSizesOffset = 8;  // width, height, left and top of the image, then the same of the first tile
+  constexpr uint64_t kSmallestTilePart = 14;
+  const uint64_t start = IsCodeStream(source) ? 0 : FindCodeStream(source);
+  uint8_t head[kSizesOffset + 8 * 4];
+  if (source.ReadAt(start, head, sizeof head) != sizeof head || std::memcmp(head, kCodeSignature, 4) != 0) return false;
+  const auto tiles = [&](int axis) {
+    const auto value = [&](int index) { return Be32(head + kSizesOffset + 4 * (2 * index + axis)); };
+    const uint64_t end = value(0), tile = value(2), first = value(3);
+    return tile == 0 || end <= first ? 0 : (end - first + tile - 1) / tile;
+  };
+  const uint64_t across = tiles(0), down = tiles(1);
+  return across > 0 && down > 0 && across <= source.Size() / kSmallestTilePart / down;
+}
+
 int32_t OpenFile(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (request.page > 1) return ERROR_PAGE_MISSING;
+  if (!TilesArePlausible(source)) return ERROR_FILE_DAMAGED;
   source.Seek(0);
   opened.stream = MakeJ2kReader(source);
   opened.codec = MakeJ2kCodec(IsCodeStream(source), true);

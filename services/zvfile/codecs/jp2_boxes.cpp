@@ -31,7 +31,8 @@ struct Box {
   bool Is(const char* other) const { return std::memcmp(name, other, 4) == 0; }
 };
 
-// The box at an offset of a list that ends at `end`. False when there is none or it is damaged.
+// The box at an offset of a list that ends at `end`. False when there is none or it is damaged; name and start are set all the
+// same when it is only cut short.
 bool ReadBox(ByteSource& source, uint64_t at, uint64_t end, Box& box) {
   uint8_t head[16];
   if (end < at + 8 || source.ReadAt(at, head, 8) != 8) return false;
@@ -44,8 +45,8 @@ bool ReadBox(ByteSource& source, uint64_t at, uint64_t end, Box& box) {
   } else if (size == 0) {  // up to the end
     size = end - at;
   }
-  if (size < headBytes || size > end - at) return false;
   box.start = at + headBytes;
+  if (size < headBytes || size > end - at) return false;
   box.end = at + size;
   return true;
 }
@@ -80,7 +81,7 @@ void ReadResolution(ByteSource& source, const Box& list, ImageHeader& header) {
   });
 }
 
-// A colour specification: the number of a colour space, or a profile. True when it says inks.
+// A colr box: the number of a colour space, or a profile. True when it says inks.
 bool ReadColors(ByteSource& source, const Box& box, const Limits& limits, Metadata& metadata) {
   enum Method : uint8_t { kNumber = 1, kRestrictedProfile = 2, kAnyProfile = 3 };
   constexpr uint64_t kInksNumber = 12;
@@ -209,6 +210,18 @@ Jp2Colors ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& he
   }
   header.metadata.comments = exif.comments;
   return colors;
+}
+
+uint64_t FindCodeStream(ByteSource& source) {
+  uint64_t at = 0;
+  for (int count = 0; count < kMostBoxes; ++count) {
+    Box box = {};
+    const bool whole = ReadBox(source, at, source.Size(), box);
+    if (box.Is("jp2c")) return box.start;
+    if (!whole) break;
+    at = box.end;
+  }
+  return 0;
 }
 
 int32_t WriteJp2WithBoxes(std::span<const uint8_t> plain, const SaveRequest& request, const RowSource& rows,

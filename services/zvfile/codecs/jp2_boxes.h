@@ -16,6 +16,8 @@ struct Jp2Colors {
 // Takes profile, resolution, Exif with its orientation and comments, and XMP into the header. Damaged boxes are left out; a bare
 // code stream has none.
 Jp2Colors ReadJp2Boxes(ByteSource& source, const Limits& limits, ImageHeader& header);
+// The offset of the code stream in a JP2 file; 0 when there is none.
+uint64_t FindCodeStream(ByteSource& source);
 // Writes a JP2 file as OpenJPEG made it, with the request's profile, resolution, Exif and XMP put in.
 int32_t WriteJp2WithBoxes(std::span<const uint8_t> plain, const SaveRequest& request, const RowSource& rows,
                           ByteSink& sink);

@@ -31,7 +31,11 @@ int32_t Open(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (!source.ReadAll(opened.storage, opened.bytes, kMaxFileBytes)) return ERROR_LIMIT_EXCEEDED;
   const bool photoCd = opened.format->format == FMT_PCD;
   const IMAGESIZE size = photoCd ? PhotoCdReaderSize(source, request.loadSize) : IMAGESIZE{0, 0};
-  int32_t result = Decode(opened.bytes, *opened.format, request.page, size, request.limits, opened.image);
+  int32_t pages = 1;
+  int32_t result = Survey(opened.bytes, *opened.format, request.limits, pages);
+  if (result == SUCCESS) {
+    result = Decode(opened.bytes, *opened.format, request.page, size, request.limits, opened.image);
+  }
   // What has no mark and does not decode is no damaged file of the format, but something else with its extension.
   if (result == ERROR_FILE_DAMAGED && !marked) return ERROR_FILE_FORMAT;
   if (result == SUCCESS) result = Describe(*opened.image, request.limits, opened.header);
@@ -41,8 +45,8 @@ int32_t Open(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (opened.header.format == FMT_DICOM_GRAY && colored) opened.header.format = FMT_DICOM_COLOR;
   opened.header.compression = opened.format->name;
   opened.header.pageNumber = request.page;
-  return request.countPages ? CountPages(opened.bytes, *opened.format, request.limits, opened.header.totalPages)
-                            : SUCCESS;
+  opened.header.totalPages = pages;
+  return SUCCESS;
 }
 
 // --- Probe ---

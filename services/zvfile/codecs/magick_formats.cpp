@@ -70,6 +70,9 @@ bool IsPdb(Head head) { return HasAt(head, 60, "vIMGView"sv); }
 bool IsDicom(Head head) { return HasAt(head, 128, "DICM"sv); }
 bool IsPhotoCd(Head head) { return HasAt(head, 2048, "PCD_"sv); }
 
+// A blank picture takes as good as no bytes: rows that repeat the one before, or a compression with no end to its runs.
+constexpr uint32_t kNoBound = 1u << 28;
+
 constexpr Format kFormats[] = {
     {FMT_PCX, "PCX", "PCX", "pcx;pcc", IsPcx},
     {FMT_DCX, "DCX", "PCX", "dcx", IsDcx},
@@ -82,26 +85,26 @@ constexpr Format kFormats[] = {
     {FMT_XBM, "XBM", "X bitmap", "xbm", IsXbm},
     {FMT_XPM, "XPM", "X pixmap", "xpm", IsXpm},
     {FMT_FITS, "FITS", "FITS", "fit;fits;fts", IsFits},
-    {FMT_CALS, "CALS", "CCITT Group 4", "cal;cals", IsCals},
+    {FMT_CALS, "CALS", "CCITT Group 4", "cal;cals", IsCals, kNoBound},
     {FMT_PICT, "PICT", "PICT", "pct;pict", IsPict},
-    {FMT_WPG, "WPG", "WordPerfect", "wpg", IsWpg},
+    {FMT_WPG, "WPG", "WordPerfect", "wpg", IsWpg, kNoBound},
     {FMT_SCT, "SCT", "Scitex", "sct;ct", IsSct},
     {FMT_CINEON, "CIN", "Cineon", "cin", IsCineon},
     {FMT_DPX, "DPX", "DPX", "dpx", IsDpx},
     {FMT_MNG, "MNG", "MNG", "mng", IsMng},
     {FMT_JNG, "JNG", "JNG", "jng", IsJng},
-    {FMT_MIFF, "MIFF", "MIFF", "miff;mif", IsMiff},
+    {FMT_MIFF, "MIFF", "MIFF", "miff;mif", IsMiff, kNoBound},
     {FMT_VIFF, "VIFF", "VIFF", "viff;xv", IsViff},
     {FMT_VICAR, "VICAR", "VICAR", "vic;vicar", IsVicar},
     {FMT_RLE, "RLE", "Utah RLE", "rle", IsRle},
     {FMT_XCF, "XCF", "XCF", "xcf", IsXcf},
     {FMT_PDB, "PDB", "Palm database", "pdb", IsPdb},
-    {FMT_DICOM_GRAY, "DCM", "DICOM", "dcm;dic;dicom", IsDicom},
-    {FMT_PCD, "PCD", "Photo CD", "pcd", IsPhotoCd},
+    {FMT_DICOM_GRAY, "DCM", "DICOM", "dcm;dic;dicom", IsDicom, kNoBound},
+    {FMT_PCD, "PCD", "Photo CD", "pcd", IsPhotoCd, kNoBound},
     {FMT_TGA, "TGA", "Targa", "tga;icb;vda;vst", nullptr},
     {FMT_CUT, "CUT", "CUT", "cut", nullptr},
     {FMT_WBMP, "WBMP", "WBMP", "wbmp;wbm", nullptr},
-    {FMT_FAX, "FAX", "CCITT Group 3", "fax;g3", nullptr},
+    {FMT_FAX, "FAX", "CCITT Group 3", "fax;g3", nullptr, kNoBound},
     {FMT_AVS, "AVS", "AVS", "avs", nullptr},
     {FMT_MTV, "MTV", "MTV", "mtv", nullptr},
     {FMT_PALM, "PALM", "Palm pixmap", "palm", nullptr},

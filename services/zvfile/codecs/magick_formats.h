@@ -18,6 +18,9 @@ struct Format {
   const char* extensions;  // "pcx;pcc"
   // Content mark; null: the format has none and goes by its extension.
   bool (*matches)(std::span<const uint8_t> head);
+  // The most pixels that one byte of a file stands for. Run lengths come to a few hundred, a blank deflated picture of one bit to
+  // 8,256.
+  uint32_t mostPixelsPerByte = 16384;
 };
 
 // The bytes of the head that marks are looked for in: the farthest stands in a Photo CD image, at 2048.

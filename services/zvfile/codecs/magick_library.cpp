@@ -14,7 +14,8 @@
 namespace zvfile::magick {
 namespace {
 
-// Photographs of the formats concerned stay far below; the library keeps 8 bytes a pixel.
+constexpr int32_t kBitsPerPixel = 64;  // as the library keeps them
+// Photographs of the formats concerned stay far below.
 constexpr int64_t kMaxMemory = int64_t{6} << 30;
 
 // Set once a fatal error has left the library half way: its locks may be held for ever, so it is not entered again.
@@ -151,28 +152,32 @@ int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t pag
   image.reset(decoded);
   if (result == SUCCESS && !IsWhole(*image)) result = ERROR_FILE_DAMAGED;
   if (result != SUCCESS) return result;
-  return limits.CheckImage(static_cast<int64_t>(image->columns), static_cast<int64_t>(image->rows), 64);
+  return limits.CheckImage(static_cast<int64_t>(image->columns), static_cast<int64_t>(image->rows), kBitsPerPixel);
 }
 
-int32_t CountPages(std::span<const uint8_t> bytes, const Format& format, const Limits& limits, int32_t& pages) {
+int32_t Survey(std::span<const uint8_t> bytes, const Format& format, const Limits& limits, int32_t& pages) {
   const std::shared_lock<std::shared_mutex> user(TheLibrary().Users());
   if (broken) return ERROR_OUT_OF_MEMORY;
-  size_t count = 0;
+  int32_t result = SUCCESS;
+  int32_t count = 0;
   const bool survived = FatalGuard().Run([&] {
     ImageInfo* info = MakeInfo(format);
     ExceptionInfo exception;
     GetExceptionInfo(&exception);
     Image* images = PingBlob(info, bytes.data(), bytes.size(), &exception);
-    if (images) {
-      count = GetImageListLength(images);
-      DestroyImageList(images);
+    if (!images) result = ResultOf(exception);
+    for (const Image* image = images; image && count < limits.maxPages && result == SUCCESS; image = image->next) {
+      result = limits.CheckPlausible(static_cast<int64_t>(image->columns), static_cast<int64_t>(image->rows),
+                                     kBitsPerPixel, bytes.size(), format.mostPixelsPerByte * (kBitsPerPixel / 8));
+      ++count;
     }
+    if (images) DestroyImageList(images);
     DestroyExceptionInfo(&exception);
     DestroyImageInfo(info);
   });
   if (!survived) return ERROR_OUT_OF_MEMORY;
-  pages = static_cast<int32_t>(std::min<size_t>(count, limits.maxPages));
-  return pages > 0 ? SUCCESS : ERROR_FILE_DAMAGED;
+  pages = count;
+  return result;
 }
 
 }  // namespace zvfile::magick

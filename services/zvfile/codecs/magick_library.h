@@ -56,8 +56,9 @@ using ImagePtr = std::unique_ptr<_Image, ImageDeleter>;
 // ERROR_OUT_OF_MEMORY. size is wanted of formats that keep several; (0, 0) none in particular.
 int32_t Decode(std::span<const uint8_t> bytes, const Format& format, int32_t page, IMAGESIZE size, const Limits& limits,
                ImagePtr& image);
-// The pages of the file.
-int32_t CountPages(std::span<const uint8_t> bytes, const Format& format, const Limits& limits, int32_t& pages);
+// Finds out how many pages there are and that none of them claims more than the limits allow or the bytes can stand for, without
+// decoding: the library believes what a header says and takes the memory for it.
+int32_t Survey(std::span<const uint8_t> bytes, const Format& format, const Limits& limits, int32_t& pages);
 
 }  // namespace zvfile::magick
 

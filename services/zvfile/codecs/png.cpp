@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <csetjmp>
+#include <cstdlib>
 #include <cstring>
 
 namespace zvfile {
@@ -14,6 +15,7 @@ namespace {
 constexpr double kInchesPerMetre = 0.0254;
 constexpr uint32_t kMostBytesPerByte = 1040;  // deflate's limit is 1032
 constexpr png_alloc_size_t kMostChunkBytes = 64u << 20;
+constexpr png_alloc_size_t kMostAllocation = kMostChunkBytes + (1u << 20);
 constexpr int kMostChunks = 10000;  // of text and the like
 
 // --- State and callbacks ---
@@ -36,7 +38,7 @@ class Reader {
   }
 
   int32_t Open() {
-    png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning, nullptr, nullptr, nullptr);
+    png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning, nullptr, OnAllocate, OnFree);
     if (png) info = png_create_info_struct(png);
     if (!info) return ERROR_OUT_OF_MEMORY;
     return Guard([&] {
@@ -58,6 +60,12 @@ class Reader {
     std::longjmp(reader->jump_, 1);
   }
   static void OnWarning(png_structp, png_const_charp) {}
+  // libpng takes a chunk above its limit for a slip that can be forgiven, and asks for what the chunk claims: gigabytes that a
+  // few forged bytes cost. What is refused here it skips, which ends at the end of the file.
+  static png_voidp OnAllocate(png_structp, png_alloc_size_t size) {
+    return size <= kMostAllocation ? std::malloc(size) : nullptr;
+  }
+  static void OnFree(png_structp, png_voidp memory) { std::free(memory); }
   static void OnRead(png_structp png, png_bytep bytes, size_t count) {
     ByteSource* source = static_cast<ByteSource*>(png_get_io_ptr(png));
     if (!source->ReadExactly(bytes, count)) png_error(png, "end of file");

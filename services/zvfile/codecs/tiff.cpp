@@ -84,8 +84,11 @@ int32_t DescribeAt(ByteSource& source, const LoadRequest& request, uint64_t offs
   if (result != SUCCESS) return result;
   const uint32_t expansion = ExpansionOf(picture.compression);
   const uint32_t storedBits = uint32_t{picture.bits} * picture.samples;
+  if (storedBits > INT32_MAX) return ERROR_LIMIT_EXCEEDED;
+  result = request.limits.CheckImage(picture.width, picture.height, static_cast<int32_t>(storedBits));
+  if (result != SUCCESS) return result;
   // Chroma that is stored once for several pixels may make the file smaller than its pixels.
-  if (expansion != 0 && picture.decoding != Decoding::kLibrary && storedBits <= INT32_MAX) {
+  if (expansion != 0 && picture.decoding != Decoding::kLibrary) {
     result = request.limits.CheckPlausible(picture.width, picture.height, static_cast<int32_t>(storedBits),
                                            source.Size(), expansion);
     if (result != SUCCESS) return result;
@@ -154,10 +157,10 @@ int32_t LoadRows(ByteSource& source, const LoadRequest& request, OpenPage& page,
   result = sink.Begin(page.header);
   if (result != SUCCESS) return result;
   const size_t storedBytes = reader->RowBytes(), rowBytes = PackedRowBytes(picture.layout, page.header.width);
-  constexpr uint32_t kRows = RowSink::kBatchRows;
-  std::vector<uint8_t> stored(storedBytes * kRows), converted(transform.IsIdentity() ? 0 : rowBytes * kRows);
-  for (uint32_t first = 0; first < picture.height; first += kRows) {
-    const uint32_t count = std::min(kRows, picture.height - first);
+  const uint32_t rows = std::min<uint32_t>(RowSink::kBatchRows, picture.height);
+  std::vector<uint8_t> stored(storedBytes * rows), converted(transform.IsIdentity() ? 0 : rowBytes * rows);
+  for (uint32_t first = 0; first < picture.height; first += rows) {
+    const uint32_t count = std::min(rows, picture.height - first);
     result = reader->Read(first, count, stored.data());
     if (result != SUCCESS) return result;
     if (transform.IsIdentity()) {

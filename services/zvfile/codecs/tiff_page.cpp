@@ -40,6 +40,8 @@ const CompressionRow* FindCompression(uint16_t code) {
   return found == std::end(kCompressions) ? nullptr : found;
 }
 
+bool IsFax(uint16_t compression) { return compression >= COMPRESSION_CCITTRLE && compression <= COMPRESSION_CCITTFAX4; }
+
 template <typename Value>
 Value TagOr(TIFF* tiff, uint32_t tag, Value fallback) {
   Value value = fallback;
@@ -229,6 +231,8 @@ int32_t DescribePicture(TIFF* tiff, Picture& picture) {
   TIFFGetFieldDefaulted(tiff, TIFFTAG_YCBCRSUBSAMPLING, &picture.chromaX, &picture.chromaY);
   if (picture.bits == 0 || picture.bits > 64 || picture.samples == 0) return ERROR_FILE_DAMAGED;
   if (!TIFFIsCODECConfigured(picture.compression)) return ERROR_FEATURE_UNSUPPORTED;
+  const bool bilevel = picture.bits == 1 && (picture.samples == 1 || picture.separate);
+  if (IsFax(picture.compression) && !bilevel) return ERROR_FILE_DAMAGED;
   const bool old = picture.compression == COMPRESSION_OJPEG;
   ChooseCodecForm(tiff, picture);
   picture.colors = picture.photometric == PHOTOMETRIC_SEPARATED ? 4 : picture.photometric == PHOTOMETRIC_RGB ? 3 : 1;

@@ -213,4 +213,18 @@ TEST(ForgedSize, IsRefusedBeforeMemoryIsTaken) {
   ExpectQuickRefusal(path);
 }
 
+// The decoder would take kilobytes for each tile before it looks for one.
+TEST(ForgedTiles, MoreOfThemThanTheFileHasRoomForAreRefusedWithTheHeader) {
+  TestFolder folder;
+  const auto path = folder.Path(u"forged.j2k");
+  Picture source = MakePicture(40, 40, 24);
+  ASSERT_EQ(Save(path, source, FMT_J2K), SUCCESS);
+  std::vector<uint8_t> bytes = ReadBytes(path);
+  constexpr size_t kTileSizes = 24;
+  for (size_t i = 0; i < 8; ++i) bytes[kTileSizes + i] = i % 4 == 3 ? 1 : 0;
+  WriteBytes(path, bytes);
+  FILEINFO info;
+  EXPECT_EQ(Info(path, info, 1), ERROR_FILE_DAMAGED) << "1,600 tiles in " << bytes.size() << " bytes";
+}
+
 }  // namespace

@@ -190,6 +190,22 @@ TEST_F(TiffForeign, LabBecomesRgb) {
   EXPECT_LT(red.blue / 257, 40);
 }
 
+// Rows of any length could be claimed at the price of no bytes.
+TEST_F(TiffForeign, AFaxOfSeveralSamplesAPixelIsDamaged) {
+  Shape shape;
+  shape.bits = 1;
+  shape.samples = 1600;
+  shape.compression = COMPRESSION_CCITTRLE;
+  const auto bytes = MakeTiff("wl", [&](TIFF* tiff) {
+    SetShape(tiff, shape);
+    uint8_t byte = 0;
+    ASSERT_EQ(TIFFWriteRawStrip(tiff, 0, &byte, 1), 1);
+  });
+  WriteBytes(folder.Path(u"fax.tif"), bytes);
+  FILEINFO info;
+  EXPECT_EQ(Info(folder.Path(u"fax.tif"), info, 1), ERROR_FILE_DAMAGED);
+}
+
 TEST_F(TiffForeign, OrientationBecomesTheViewPerspective) {
   for (uint16_t orientation = 1; orientation <= 8; ++orientation) {
     Shape shape;
