@@ -69,16 +69,21 @@ ObjectCounts CountGdiTable() {
 constexpr uintptr_t kFirstUserHandle = 0x20;
 constexpr uintptr_t kLastUserHandle = 0xfffe;
 constexpr uintptr_t kUserHandleStep = 2;
+// Handles that were freed are given again before new ones, and to ask for each takes long: behind so many that name nothing, of
+// this process or another, there are no more.
+constexpr int kEnoughUnused = 4096;
+constexpr const char* kElsewhere = "window of another process";
 
 template <typename Handle>
 Handle HandleOf(uintptr_t value) {
   return reinterpret_cast<Handle>(value);
 }
 
-bool IsOwnWindow(uintptr_t value) {
+// 0 when the handle is no window's.
+DWORD ProcessOfWindow(uintptr_t value) {
   DWORD process = 0;
   ::GetWindowThreadProcessId(HandleOf<HWND>(value), &process);
-  return process == ::GetCurrentProcessId();
+  return process;
 }
 
 bool IsIconOrCursor(uintptr_t value) {
@@ -89,18 +94,24 @@ bool IsIconOrCursor(uintptr_t value) {
   return true;
 }
 
+// What the handle names; null for nothing.
+const char* UserKind(uintptr_t value) {
+  if (const DWORD process = ProcessOfWindow(value)) {
+    return process == ::GetCurrentProcessId() ? "window" : kElsewhere;
+  }
+  if (::IsMenu(HandleOf<HMENU>(value))) return "menu";
+  if (IsIconOrCursor(value)) return "icon or cursor";
+  return ::CopyAcceleratorTableW(HandleOf<HACCEL>(value), nullptr, 0) > 0 ? "accelerator table" : nullptr;
+}
+
 ObjectCounts ProbeUserHandles() {
   ObjectCounts counts;
-  for (uintptr_t value = kFirstUserHandle; value <= kLastUserHandle; value += kUserHandleStep) {
-    if (IsOwnWindow(value)) {
-      ++counts["window"];
-    } else if (::IsMenu(HandleOf<HMENU>(value))) {
-      ++counts["menu"];
-    } else if (IsIconOrCursor(value)) {
-      ++counts["icon or cursor"];
-    } else if (::CopyAcceleratorTableW(HandleOf<HACCEL>(value), nullptr, 0) > 0) {
-      ++counts["accelerator table"];
-    }
+  int unused = 0;
+  for (uintptr_t value = kFirstUserHandle; value <= kLastUserHandle && unused < kEnoughUnused;
+       value += kUserHandleStep) {
+    const char* const kind = UserKind(value);
+    unused = kind ? 0 : unused + 1;
+    if (kind && kind != kElsewhere) ++counts[kind];
   }
   return counts;
 }
