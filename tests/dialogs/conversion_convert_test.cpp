@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "tests/dialogs/conversion_fixture.h"
+#include "tests/support/file_bytes.h"
 
 namespace {
 
@@ -26,17 +27,6 @@ class ConversionRun : public ConversionDialog {
         "all files chosen");
   }
   static void WaitUntilRunEnds(HWND dialog) { WaitUntilIdle(dialog); }
-  static std::vector<uint8_t> Bytes(const std::wstring& path) {
-    std::vector<uint8_t> bytes;
-    if (FILE* const file = _wfopen(path.c_str(), L"rb")) {
-      uint8_t buffer[4096];
-      for (size_t got = fread(buffer, 1, sizeof buffer, file); got > 0; got = fread(buffer, 1, sizeof buffer, file)) {
-        bytes.insert(bytes.end(), buffer, buffer + got);
-      }
-      fclose(file);
-    }
-    return bytes;
-  }
 };
 
 TEST_F(ConversionRun, ConvertsEveryChosenFileToEveryChosenFormat) {
@@ -183,19 +173,19 @@ class OverwriteQuestion : public ConversionRun {
 
 TEST_F(OverwriteQuestion, ReplaceWritesOver) {
   RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_REPLACE); });
-  EXPECT_GT(Bytes(out.File(L"1.png")).size(), 1u);
+  EXPECT_GT(ReadWholeFile(out.File(L"1.png")).size(), 1u);
   EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
 }
 
 TEST_F(OverwriteQuestion, RenameFindsAFreeName) {
   RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_RENAME); });
-  EXPECT_EQ(std::vector<uint8_t>{7}, Bytes(out.File(L"1.png")));
+  EXPECT_EQ(FileBytes{7}, ReadWholeFile(out.File(L"1.png")));
   EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"10.png", L"2.png"}), Outputs());
 }
 
 TEST_F(OverwriteQuestion, SkipGoesOnWithTheNextFile) {
   RunAnswering([](HWND ask) { Click(ask, IDB_CONV_ASK_SKIP); });
-  EXPECT_EQ(std::vector<uint8_t>{7}, Bytes(out.File(L"1.png")));
+  EXPECT_EQ(FileBytes{7}, ReadWholeFile(out.File(L"1.png")));
   EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
 }
 
@@ -216,7 +206,7 @@ TEST_F(OverwriteQuestion, TheCloseBoxIsAbort) {
 
 TEST_F(OverwriteQuestion, EnterLosesNothing) {
   RunAnswering([](HWND ask) { PressKey(ask, VK_RETURN); });
-  EXPECT_EQ(std::vector<uint8_t>{7}, Bytes(out.File(L"1.png")));
+  EXPECT_EQ(FileBytes{7}, ReadWholeFile(out.File(L"1.png")));
   EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"2.png"}), Outputs());
 }
 

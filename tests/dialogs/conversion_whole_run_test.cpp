@@ -11,6 +11,7 @@
 #include "resources/conversion_tools_ids.h"
 #include "resources/naming_ids.h"
 #include "tests/dialogs/conversion_fixture.h"
+#include "tests/support/file_bytes.h"
 
 namespace {
 
@@ -280,7 +281,7 @@ class ThousandFiles : public WholeRun {
     Offer({kPng});
     const std::wstring sample = in.File(L"sample.png");
     EXPECT_TRUE(WritePicture(sample, {24, 16, FMT_PNG}));
-    const std::vector<uint8_t> whole = Bytes(sample);
+    const std::vector<uint8_t> whole = ReadWholeFile(sample);
     for (int n = 0; n < kFiles; ++n) {
       std::vector<uint8_t> content = whole;
       const bool bad = n % 100 == 37;
@@ -295,17 +296,6 @@ class ThousandFiles : public WholeRun {
     }
   }
 
-  static std::vector<uint8_t> Bytes(const std::wstring& path) {
-    std::vector<uint8_t> bytes;
-    if (FILE* const file = _wfopen(path.c_str(), L"rb")) {
-      uint8_t buffer[4096];
-      for (size_t got = fread(buffer, 1, sizeof buffer, file); got > 0; got = fread(buffer, 1, sizeof buffer, file)) {
-        bytes.insert(bytes.end(), buffer, buffer + got);
-      }
-      fclose(file);
-    }
-    return bytes;
-  }
   // Ten ways to lose the image behind a header that still reads well.
   static void Damage(std::vector<uint8_t>& png, int way) {
     constexpr char kImageChunk[] = "IDAT";

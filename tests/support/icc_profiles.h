@@ -1,20 +1,17 @@
-// ICC profiles for tests, made by the colour library's own writer, and the small things that tests of files need: whole files
-// as bytes, and pictures as pixels.
+// ICC profiles for tests, made by the colour library's own writer, and pictures as pixels.
 #pragma once
 
 #define CMS_NO_REGISTER_KEYWORD 1
 #include <lcms2.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "services/zvfile/zvfile.h"
+#include "tests/support/file_bytes.h"
 
 namespace zvtest {
-
-using FileBytes = std::vector<uint8_t>;
 
 struct ProfileKind {
   double version = 4.3;
@@ -53,17 +50,6 @@ inline FileBytes GrayProfile(const ProfileKind& kind = {}) {
 }
 
 inline FileBytes LabProfile(const ProfileKind& kind = {}) { return FinishProfile(cmsCreateLab4Profile(nullptr), kind); }
-
-inline FileBytes ReadWholeFile(const std::wstring& path) {
-  FileBytes bytes;
-  if (FILE* file = _wfopen(path.c_str(), L"rb")) {
-    uint8_t buffer[65536];
-    for (size_t got; (got = std::fread(buffer, 1, sizeof(buffer), file)) > 0;)
-      bytes.insert(bytes.end(), buffer, buffer + got);
-    std::fclose(file);
-  }
-  return bytes;
-}
 
 // All rows of a page as loaded, or nothing when it cannot be.
 inline FileBytes PixelsOf(const std::wstring& path, int page = 1) {

@@ -37,8 +37,8 @@ class StoppedAnywhere : public ConversionRun, public ::testing::WithParamInterfa
 
 TEST_P(StoppedAnywhere, LeavesTheSourceAndTheOldDestinationAndNothingElse) {
   const std::wstring source = AddPicture(L"a.png", 50, 90, FMT_PNG);
-  const std::vector<char> original = Content(source);
-  const std::vector<uint8_t> old = {'o', 'l', 'd'};
+  const FileBytes original = ReadWholeFile(source);
+  const FileBytes old = {'o', 'l', 'd'};
   settings.deleteSource = false;
   const int reports = ConvertStoppingAt(-1);
   ASSERT_EQ(CONVERSION_OK, LastStatus());
@@ -48,8 +48,8 @@ TEST_P(StoppedAnywhere, LeavesTheSourceAndTheOldDestinationAndNothingElse) {
     out.AddFile(L"a.bmp", old);
     ConvertStoppingAt(stopAt);
     ASSERT_EQ(CONVERSION_FAILED, LastStatus()) << stopAt;
-    ASSERT_EQ(original, Content(source)) << stopAt;
-    ASSERT_EQ(std::vector<char>(old.begin(), old.end()), Content(Out(L"a.bmp"))) << stopAt;
+    ASSERT_EQ(original, ReadWholeFile(source)) << stopAt;
+    ASSERT_EQ(old, ReadWholeFile(Out(L"a.bmp"))) << stopAt;
     ASSERT_EQ(1u, FileCount(out.path())) << stopAt;
   }
   EXPECT_TRUE(host.deletedRows.empty());
@@ -127,7 +127,7 @@ TEST_F(ConversionRun, ASourceThatVanishesDuringItsLoadLosesNothingElse) {
   if (log[0].status == CONVERSION_OK) {
     EXPECT_EQ(40, Info(Out(L"a.bmp")).width);
   } else {
-    EXPECT_EQ(std::vector<char>{7}, Content(Out(L"a.bmp")));
+    EXPECT_EQ(FileBytes{7}, ReadWholeFile(Out(L"a.bmp")));
   }
   EXPECT_EQ(1u, FileCount(out.path()));
 }

@@ -16,6 +16,7 @@
 #include "naming/unique_name.h"
 #include "services/zvdlgbase/zvdlgbase.h"
 #include "tests/support/dialog_driver.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/pictures.h"
 
 namespace zvtest {
@@ -58,18 +59,6 @@ class Host final : public CZVConversionHost {
   std::vector<std::wstring> undeleted;
   std::vector<int> deletedRows;
 };
-
-inline std::vector<char> Content(const std::wstring& path) {
-  std::vector<char> content;
-  if (FILE* const file = _wfopen(path.c_str(), L"rb")) {
-    char buffer[4096];
-    for (size_t got = fread(buffer, 1, sizeof buffer, file); got > 0; got = fread(buffer, 1, sizeof buffer, file)) {
-      content.insert(content.end(), buffer, buffer + got);
-    }
-    fclose(file);
-  }
-  return content;
-}
 
 inline size_t FileCount(const std::wstring& folder) {
   size_t count = 0;

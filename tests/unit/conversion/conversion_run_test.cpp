@@ -77,7 +77,7 @@ TEST_F(ConversionRun, AnAbortedSaveLeavesTheOldDestination) {
   status = [&](int32_t) { return ++calls > 60 ? ERROR_USER_ABORT : SUCCESS; };
   Convert();
   EXPECT_EQ(CONVERSION_FAILED, log[0].status);
-  EXPECT_EQ((std::vector<char>{1, 2, 3}), Content(Out(L"a.bmp")));
+  EXPECT_EQ((FileBytes{1, 2, 3}), ReadWholeFile(Out(L"a.bmp")));
   EXPECT_EQ(1u, FileCount(out.path()));
 }
 
@@ -88,7 +88,7 @@ TEST_F(ConversionRun, SkipLeavesTheDestinationAndTheSource) {
   settings.deleteSource = true;
   Convert();
   EXPECT_EQ(CONVERSION_SKIPPED, log[0].status);
-  EXPECT_EQ(std::vector<char>{7}, Content(Out(L"a.bmp")));
+  EXPECT_EQ(FileBytes{7}, ReadWholeFile(Out(L"a.bmp")));
   EXPECT_TRUE(Exists(source));
 }
 
@@ -219,7 +219,7 @@ TEST_F(ConversionRun, FailsOnAReadOnlyDestinationAndLeavesItAlone) {
   Convert();
   ::SetFileAttributesW(destination.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(CONVERSION_FAILED, log[0].status);
-  EXPECT_EQ(std::vector<char>{7}, Content(destination));
+  EXPECT_EQ(FileBytes{7}, ReadWholeFile(destination));
   EXPECT_EQ(1u, FileCount(out.path()));
   EXPECT_TRUE(Exists(in.File(L"a.bmp")));
 }
