@@ -138,6 +138,12 @@ TEST(LeakChecks, FailForABrushLeftBehind) {
   for (const HGDIOBJ brush : kept) ::DeleteObject(brush);
 }
 
+TEST(LeakChecks, FailForADeviceContextThatIsNotGivenBack) {
+  static std::vector<HDC> kept;
+  EXPECT_NONFATAL_FAILURE(ExpectNothingLeftBehind([] { kept.push_back(::GetDC(nullptr)); }, kShort), "device context");
+  for (const HDC context : kept) ::ReleaseDC(nullptr, context);
+}
+
 TEST(LeakChecks, FailForAMenuLeftBehind) {
   static std::vector<HMENU> kept;
   EXPECT_NONFATAL_FAILURE(ExpectNothingLeftBehind([] { kept.push_back(::CreatePopupMenu()); }, kShort),
