@@ -67,6 +67,10 @@ if [[ $mode == build ]]; then
 fi
 
 trap clean_up EXIT
+if [[ $mode == bench ]]; then
+  # One processor for all of ours, Wine's server and the display included, as for the programs it is compared with.
+  taskset -cp "$(($(nproc) > 1))" $$ >/dev/null
+fi
 start_display
 ensure_wine_prefix
 keep_wine
