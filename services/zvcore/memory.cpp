@@ -18,8 +18,8 @@ bool FailsNow() noexcept {
   return blocksUntilFailure.fetch_sub(1) == 0;
 }
 
-// The pixels of a large bitmap that was freed; of two, the larger one. The system takes pages away and hands them out again zeroed one by one,
-// which for a photograph costs a third of its decoding.
+// The pixels of a large bitmap that was freed; of two, the larger one. The system takes pages away and hands them out again zeroed
+// one by one, which for a photograph costs a third of its decoding.
 struct SparePixels {
   std::mutex mutex;
   int keepers = 0;
