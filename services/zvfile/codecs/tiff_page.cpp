@@ -40,7 +40,15 @@ const CompressionRow* FindCompression(uint16_t code) {
   return found == std::end(kCompressions) ? nullptr : found;
 }
 
-bool IsFax(uint16_t compression) { return compression >= COMPRESSION_CCITTRLE && compression <= COMPRESSION_CCITTFAX4; }
+bool IsFax(uint16_t compression) {
+  switch (compression) {
+    case COMPRESSION_CCITTRLE:
+    case COMPRESSION_CCITTRLEW:
+    case COMPRESSION_CCITTFAX3:
+    case COMPRESSION_CCITTFAX4: return true;
+    default: return false;
+  }
+}
 
 template <typename Value>
 Value TagOr(TIFF* tiff, uint32_t tag, Value fallback) {

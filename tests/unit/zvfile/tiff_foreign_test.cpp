@@ -192,18 +192,21 @@ TEST_F(TiffForeign, LabBecomesRgb) {
 
 // Rows of any length could be claimed at the price of no bytes.
 TEST_F(TiffForeign, AFaxOfSeveralSamplesAPixelIsDamaged) {
-  Shape shape;
-  shape.bits = 1;
-  shape.samples = 1600;
-  shape.compression = COMPRESSION_CCITTRLE;
-  const auto bytes = MakeTiff("wl", [&](TIFF* tiff) {
-    SetShape(tiff, shape);
-    uint8_t byte = 0;
-    ASSERT_EQ(TIFFWriteRawStrip(tiff, 0, &byte, 1), 1);
-  });
-  WriteBytes(folder.Path(u"fax.tif"), bytes);
-  FILEINFO info;
-  EXPECT_EQ(Info(folder.Path(u"fax.tif"), info, 1), ERROR_FILE_DAMAGED);
+  for (const uint16_t compression :
+       {COMPRESSION_CCITTRLE, COMPRESSION_CCITTRLEW, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4}) {
+    Shape shape;
+    shape.bits = 1;
+    shape.samples = 1600;
+    shape.compression = compression;
+    const auto bytes = MakeTiff("wl", [&](TIFF* tiff) {
+      SetShape(tiff, shape);
+      uint8_t byte = 0;
+      ASSERT_EQ(TIFFWriteRawStrip(tiff, 0, &byte, 1), 1);
+    });
+    WriteBytes(folder.Path(u"fax.tif"), bytes);
+    FILEINFO info;
+    EXPECT_EQ(Info(folder.Path(u"fax.tif"), info, 1), ERROR_FILE_DAMAGED) << compression;
+  }
 }
 
 TEST_F(TiffForeign, OrientationBecomesTheViewPerspective) {
