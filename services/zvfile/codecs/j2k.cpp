@@ -52,10 +52,6 @@ void ReadLayout(Opened& opened) {
   opened.reductions = std::max(levels, 0);
 }
 
-uint64_t Be32(const uint8_t* bytes) {
-  return uint64_t{bytes[0]} << 24 | uint64_t{bytes[1]} << 16 | uint64_t{bytes[2]} << 8 | bytes[3];
-}
-
 // OpenJPEG takes five kilobytes for every tile that the image is said to have, while each tile has a part in the file. The layout
 // is that of the SIZ marker segment: ISO/IEC 15444-1, annex A.5.1.
 bool TilesArePlausible(ByteSource& source) {
@@ -65,7 +61,7 @@ bool TilesArePlausible(ByteSource& source) {
   uint8_t head[kSizesOffset + 8 * 4];
   if (source.ReadAt(start, head, sizeof head) != sizeof head || std::memcmp(head, kCodeSignature, 4) != 0) return false;
   const auto tiles = [&](int axis) {
-    const auto value = [&](int index) { return Be32(head + kSizesOffset + 4 * (2 * index + axis)); };
+    const auto value = [&](int index) { return ReadBigEndian(head + kSizesOffset + 4 * (2 * index + axis), 4); };
     const uint64_t end = value(0), tile = value(2), first = value(3);
     return tile == 0 || end <= first ? 0 : (end - first + tile - 1) / tile;
   };

@@ -5,6 +5,13 @@
 #include <cstring>
 
 namespace zvfile {
+
+uint64_t ReadBigEndian(const uint8_t* bytes, int count) {
+  uint64_t value = 0;
+  for (int i = 0; i < count; ++i) value = value << 8 | bytes[i];
+  return value;
+}
+
 namespace {
 
 constexpr double kInchesPerMetre = 0.0254;
@@ -16,12 +23,6 @@ constexpr uint8_t kPhotoshopExifUuid[kUuidBytes] = {0x05, 0x37, 0xCD, 0xAB, 0x9D
                                                     0xA7, 0x2A, 0xFA, 0x56, 0x1F, 0x2A, 0x11, 0x3E};
 constexpr uint8_t kXmpUuid[kUuidBytes] = {0xBE, 0x7A, 0xCF, 0xCB, 0x97, 0xA9, 0x42, 0xE8,
                                           0x9C, 0x71, 0x99, 0x94, 0x91, 0xE3, 0xAF, 0xAC};
-
-uint64_t Be(const uint8_t* bytes, int count) {
-  uint64_t value = 0;
-  for (int i = 0; i < count; ++i) value = value << 8 | bytes[i];
-  return value;
-}
 
 // --- Reading ---
 
@@ -36,11 +37,11 @@ struct Box {
 bool ReadBox(ByteSource& source, uint64_t at, uint64_t end, Box& box) {
   uint8_t head[16];
   if (end < at + 8 || source.ReadAt(at, head, 8) != 8) return false;
-  uint64_t size = Be(head, 4), headBytes = 8;
+  uint64_t size = ReadBigEndian(head, 4), headBytes = 8;
   std::memcpy(box.name, head + 4, 4);
   if (size == 1) {  // the size stands in 8 bytes of its own
     if (source.ReadAt(at + 8, head + 8, 8) != 8) return false;
-    size = Be(head + 8, 8);
+    size = ReadBigEndian(head + 8, 8);
     headBytes = 16;
   } else if (size == 0) {  // up to the end
     size = end - at;
@@ -62,10 +63,10 @@ void VisitBoxes(ByteSource& source, uint64_t start, uint64_t end, Visit&& visit)
 
 // Dots per inch from a numerator, a denominator and a power of ten, for a metre.
 double DotsPerInch(const uint8_t* fraction, uint8_t exponent) {
-  const double divisor = static_cast<double>(Be(fraction + 2, 2));
+  const double divisor = static_cast<double>(ReadBigEndian(fraction + 2, 2));
   if (divisor == 0) return 0;
   const double perMetre =
-      static_cast<double>(Be(fraction, 2)) / divisor * std::pow(10.0, static_cast<int8_t>(exponent));
+      static_cast<double>(ReadBigEndian(fraction, 2)) / divisor * std::pow(10.0, static_cast<int8_t>(exponent));
   return perMetre * kInchesPerMetre;
 }
 
@@ -90,7 +91,7 @@ bool ReadColors(ByteSource& source, const Box& box, const Limits& limits, Metada
   if (box.end - box.start <= kHeadBytes || box.end - box.start > limits.maxMetadataBytes) return false;
   if (source.ReadAt(box.start, &method, 1) != 1) return false;
   const uint64_t content = box.start + kHeadBytes;
-  if (method == kNumber) return source.ReadAt(content, number, 4) == 4 && Be(number, 4) == kInksNumber;
+  if (method == kNumber) return source.ReadAt(content, number, 4) == 4 && ReadBigEndian(number, 4) == kInksNumber;
   std::vector<uint8_t>& profile = metadata.profile;
   if ((method != kRestrictedProfile && method != kAnyProfile) || !profile.empty()) return false;
   profile.resize(static_cast<size_t>(box.end - content));

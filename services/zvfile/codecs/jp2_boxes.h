@@ -7,6 +7,9 @@
 
 namespace zvfile {
 
+// Numbers of boxes and code streams; 8 bytes at most.
+uint64_t ReadBigEndian(const uint8_t* bytes, int count);
+
 // What the boxes say of the colours, which OpenJPEG tells only after decoding.
 struct Jp2Colors {
   bool inks = false;           // cyan, magenta, yellow and black
