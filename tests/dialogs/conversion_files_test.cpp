@@ -268,7 +268,16 @@ TEST_F(ConversionFiles, AFileThatCannotBeShownLeavesTheListWithAMessage) {
 
 // --- Adding ---
 
-TEST_F(ConversionFiles, AddFolderTakesTheImagesOfTheFolderAndNothingBelow) {
+// Wine's picker finds its start folder by the time of last change of each folder above it too, and other tests change the
+// folder for temporary files while it looks.
+class ConversionAddFolder : public ConversionFiles {
+ protected:
+  ConversionAddFolder() { SetSourceFolder(in.path()); }
+
+  TemporaryFolder in{L"C:\\"};
+};
+
+TEST_F(ConversionAddFolder, TakesTheImagesOfTheFolderAndNothingBelow) {
   WritePicture(in.File(L"a.bmp"));
   WritePicture(in.File(L"b.png"), {40, 20, FMT_PNG});
   in.AddFile(L"notes.txt", {'h', 'i'});

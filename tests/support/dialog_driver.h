@@ -15,6 +15,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -114,10 +115,13 @@ class ParentWindow {
   HWND window_;
 };
 
-// A new folder in the system's folder for temporary files, removed with all that it holds.
+// A new folder, removed with all that it holds.
 class TemporaryFolder {
  public:
+  // In the system's folder for temporary files.
   TemporaryFolder();
+  // In the given folder.
+  explicit TemporaryFolder(const std::filesystem::path& base);
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   ~TemporaryFolder();

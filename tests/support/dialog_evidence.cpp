@@ -80,11 +80,11 @@ bool SaveScreenshot(HWND window, const std::wstring& name) {
   return saved;
 }
 
-TemporaryFolder::TemporaryFolder() {
-  wchar_t base[MAX_PATH] = {};
-  ::GetTempPathW(MAX_PATH, base);
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
+
+TemporaryFolder::TemporaryFolder(const std::filesystem::path& base) {
   static int serial = 0;
-  path_ = std::wstring(base) + L"zvtest" + std::to_wstring(::GetCurrentProcessId()) + L"_" + std::to_wstring(++serial);
+  path_ = base / (L"zvtest" + std::to_wstring(::GetCurrentProcessId()) + L"_" + std::to_wstring(++serial));
   std::filesystem::create_directories(path_);
 }
 

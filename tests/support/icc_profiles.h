@@ -4,6 +4,7 @@
 #define CMS_NO_REGISTER_KEYWORD 1
 #include <lcms2.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,6 +21,24 @@ struct ProfileKind {
   uint8_t filling = 7;  // of the ballast: tells profiles apart
 };
 
+inline FileBytes ProfileBytes(cmsHPROFILE profile) {
+  cmsUInt32Number size = 0;
+  cmsSaveProfileToMem(profile, nullptr, &size);
+  FileBytes bytes(size);
+  cmsSaveProfileToMem(profile, bytes.data(), &size);
+  return bytes;
+}
+
+// Gives the profile a time of creation that is always the same, since the library would take the present one: two profiles of
+// one kind are equal whenever they are made. Takes the profile over.
+inline cmsHPROFILE WithFixedTime(cmsHPROFILE profile) {
+  constexpr uint8_t kTime[12] = {7, 228, 0, 2, 0, 29, 0, 12, 0, 30, 0, 0};  // 2020-02-29 12:30:00, bytes 24 to 35
+  FileBytes bytes = ProfileBytes(profile);
+  cmsCloseProfile(profile);
+  std::ranges::copy(kTime, bytes.begin() + 24);
+  return cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size()));
+}
+
 // Takes the profile over.
 inline FileBytes FinishProfile(cmsHPROFILE profile, const ProfileKind& kind) {
   cmsSetProfileVersion(profile, kind.version);
@@ -31,11 +50,9 @@ inline FileBytes FinishProfile(cmsHPROFILE profile, const ProfileKind& kind) {
     cmsWriteRawTag(profile, static_cast<cmsTagSignature>(0x7A767462), data.data(),
                    static_cast<cmsUInt32Number>(data.size()));
   }
+  profile = WithFixedTime(profile);
   if (kind.hasChecksum) cmsMD5computeID(profile);
-  cmsUInt32Number size = 0;
-  cmsSaveProfileToMem(profile, nullptr, &size);
-  FileBytes bytes(size);
-  cmsSaveProfileToMem(profile, bytes.data(), &size);
+  const FileBytes bytes = ProfileBytes(profile);
   cmsCloseProfile(profile);
   return bytes;
 }
