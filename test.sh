@@ -13,6 +13,8 @@ source "$(dirname "${BASH_SOURCE[0]}")/scripts/common.sh"
 source "$root/scripts/display.sh"
 # shellcheck source=scripts/wine_env.sh
 source "$root/scripts/wine_env.sh"
+# shellcheck source=scripts/desks.sh
+source "$root/scripts/desks.sh"
 
 mode='test'
 with_host=yes
@@ -51,11 +53,6 @@ attribute() {
   sed -n "s/.*[[:space:]]$1=\"\([0-9]*\)\".*/\1/p" <<<"$2"
 }
 
-clean_up() {
-  stop_wine
-  stop_display
-}
-
 if [[ $with_host == yes ]]; then
   "$root/scripts/setup.sh" --host
 else
@@ -66,16 +63,9 @@ if [[ $mode == build ]]; then
   exit
 fi
 
-trap clean_up EXIT
+trap close_desks EXIT
 if [[ $mode == bench ]]; then
-  # One processor for all of ours, Wine's server and the display included, as for the programs it is compared with.
-  taskset -cp "$(($(nproc) > 1))" $$ >/dev/null
-fi
-start_display
-ensure_wine_prefix
-keep_wine
-window_manager no
-if [[ $mode == bench ]]; then
+  open_desks 1
   [[ -x $root/tests/bench/run.sh ]] || die "tests/bench/run.sh is missing; type: git checkout -- tests/bench"
   "$root/tests/bench/run.sh"
   exit
@@ -87,7 +77,8 @@ if [[ $with_host == yes ]]; then
   fi
   run_tests host "$host_build" --parallel "$(nproc)"
 fi
-run_tests windows "$build" --parallel "$(nproc)"
+open_desks 4
+run_tests windows "$build" --parallel "$desk_count" --resource-spec-file "$(desk_list)"
 
 say "all builds together:"
 printf '%d passed, %d failed, %d skipped\n' "$passed" "$failed" "$skipped"

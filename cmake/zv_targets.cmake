@@ -56,12 +56,21 @@ function(zv_add_unit_test name)
   target_compile_options(${name} PRIVATE -O1)
   add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS unit)
+  zv_test_needs_desk(${name})
 endfunction()
 
-# As a unit test, but it opens windows and so needs a display; they run one after the other, focus being one per desktop.
+# As a unit test, but it opens windows and so needs a display. Focus being one per display, run these through test.sh or one after
+# the other.
 function(zv_add_dialog_test name)
   zv_add_unit_test(${name} ${ARGN})
-  set_tests_properties(${name} PROPERTIES LABELS dialog RUN_SERIAL TRUE)
+  set_tests_properties(${name} PROPERTIES LABELS dialog)
+endfunction()
+
+# Lets the test have one of the desks of scripts/desks.sh to itself.
+function(zv_test_needs_desk name)
+  if(WIN32)
+    set_tests_properties(${name} PROPERTIES RESOURCE_GROUPS desks:1)
+  endif()
 endfunction()
 
 # A libFuzzer program. Its test makes RUNS inputs out of what stands in fuzz/<name> of the build folder; a crash, a leak, 15

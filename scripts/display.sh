@@ -1,6 +1,8 @@
 # shellcheck shell=bash disable=SC2154 # build comes from common.sh
 # A virtual display for programs with windows; sourced after common.sh.
 
+display_processes=()
+
 # Starts one on a free number that the server itself picks, and sets DISPLAY.
 start_display() {
   local report=$build/display.$$ log=$build/xvfb.log tries=0
@@ -8,9 +10,9 @@ start_display() {
   mkdir -p "$build"
   : >"$report"
   Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$report" >"$log" 2>&1 </dev/null &
-  display_process=$!
+  display_processes+=("$!")
   until [[ -s $report ]]; do
-    if ! kill -0 "$display_process" 2>/dev/null || ((++tries > 300)); then
+    if ! kill -0 "$!" 2>/dev/null || ((++tries > 300)); then
       die "the virtual display did not start; see $log, then type: Xvfb -displayfd 1"
     fi
     sleep 0.1
@@ -21,10 +23,11 @@ start_display() {
   say "virtual display $DISPLAY"
 }
 
+# Stops all that were started.
 stop_display() {
-  if [[ -n ${display_process:-} ]]; then
-    kill "$display_process" 2>/dev/null || true
-    wait "$display_process" 2>/dev/null || true
-    display_process=''
+  if ((${#display_processes[@]})); then
+    kill "${display_processes[@]}" 2>/dev/null || true
+    wait "${display_processes[@]}" 2>/dev/null || true
+    display_processes=()
   fi
 }

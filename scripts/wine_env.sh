@@ -13,6 +13,11 @@ if [[ ";${WINEPATH:-};" != *";$wine_bin;"* ]]; then
   export WINEPATH="$wine_bin${WINEPATH:+;$WINEPATH}"
 fi
 
+# Whether the prefix is one that we made, and so may change and end.
+own_prefix() {
+  [[ $WINEPREFIX == "$wine_own_prefix"* ]]
+}
+
 find_wineserver() {
   local candidate
   for candidate in "${WINESERVER:-}" "$(command -v wineserver || true)" /usr/lib/wine/wineserver{,64}; do
@@ -26,7 +31,7 @@ find_wineserver() {
 
 # Several tests may want the prefix at the same moment: the first one makes it, the others wait.
 ensure_wine_prefix() {
-  if [[ -f $WINEPREFIX/zv_ready || ($WINEPREFIX != "$wine_own_prefix" && -f $WINEPREFIX/system.reg) ]]; then
+  if [[ -f $WINEPREFIX/zv_ready ]] || { ! own_prefix && [[ -f $WINEPREFIX/system.reg ]]; }; then
     return
   fi
   command -v wine >/dev/null || die "wine is missing; type: sudo apt-get install wine wine64"
@@ -46,7 +51,7 @@ ensure_wine_prefix() {
 # one its start. Wine's background processes begin with the first program that has a window and keep that program's
 # output open as long as they live, so the first one must not be a test: CTest would wait for the end of its output.
 keep_wine() {
-  if [[ $WINEPREFIX == "$wine_own_prefix" ]]; then
+  if own_prefix; then
     "$(find_wineserver)" -p
     wine rundll32 kernel32.dll,GetTickCount </dev/null >/dev/null 2>&1 || true
   fi
@@ -58,14 +63,14 @@ keep_wine() {
 window_manager() {
   local managed=Y
   [[ $1 == yes ]] || managed=N
-  if [[ $WINEPREFIX == "$wine_own_prefix" ]]; then
+  if own_prefix; then
     wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f </dev/null >/dev/null 2>&1
   fi
 }
 
 # Ends what still runs in our own prefix; another one may be in use by others.
 stop_wine() {
-  if [[ $WINEPREFIX == "$wine_own_prefix" && -d $WINEPREFIX ]]; then
+  if own_prefix && [[ -d $WINEPREFIX ]]; then
     "$(find_wineserver)" -k 2>/dev/null || true
     timeout 20 "$(find_wineserver)" -w || true
   fi

@@ -4,7 +4,10 @@
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 # shellcheck source=scripts/wine_env.sh
 source "$root/scripts/wine_env.sh"
+# shellcheck source=scripts/desks.sh
+source "$root/scripts/desks.sh"
 
 (($# > 0)) || die "no program; type: scripts/wine_run.sh PROGRAM.exe [ARGUMENT...]"
+go_to_desk
 ensure_wine_prefix
 exec wine "$@"
