@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -46,6 +47,12 @@ struct ImageHeader {
   Metadata metadata;  // filled by info when wantMetadata is set, by load always
 };
 
+// Changes the fonts of drawings before they are drawn; null leaves them.
+struct FontSubstitution {
+  FONTSUBSTITUTIONCALLBACK change = nullptr;
+  void* userData = nullptr;
+};
+
 // What the caller of a load or info wants.
 struct LoadRequest {
   int32_t page = 1;  // from 1; ERROR_PAGE_MISSING when there is none such
@@ -53,13 +60,21 @@ struct LoadRequest {
   bool wantMetadata = false;  // info: comments and segments are wanted too
   uint64_t filePosition = 0;  // where the page starts, from a former nextPosition; 0 not known
   int32_t passes = 0;
-  IMAGESIZE loadSize = {0, 0};  // library-wide load size of this codec's format; (0, 0) the largest
+  std::map<int32_t, IMAGESIZE> loadSizes;  // library-wide, by format number
+  IMAGESIZE givenSize = {0, 0};            // of the caller's file information, for formats without one of those
   // load: a codec that decodes faster at a smaller scale may deliver one, as long as no side falls below this; (0, 0) asks
   // for the whole image.
   IMAGESIZE sufficientSize = {0, 0};
   int32_t xDpi = 150, yDpi = 150;  // load resolution of formats without a size of their own
+  FontSubstitution fonts;          // load: library-wide
   std::string extension;           // of the file's name, lower-case ASCII without the dot; may be empty
   Limits limits;
+
+  // The size at which a file of exactly this format is wanted; (0, 0) the largest.
+  IMAGESIZE SizeFor(int32_t format) const {
+    const auto set = loadSizes.find(format);
+    return set != loadSizes.end() && set->second.width > 0 ? set->second : givenSize;
+  }
 };
 
 enum class PageOp { kOverwrite, kAppend, kReplace, kInsert };

@@ -18,13 +18,13 @@ int32_t RoundedResolution(double dotsPerInch) {
 int32_t ReadInfo(const ZVCHAR* path, FILEINFO& info, uint32_t flags, const LOADFILEOPTION* option) {
   LoadRequest request = MakeLoadRequest(path, option, nullptr);
   request.countPages = (flags & 1) != 0;
+  request.loadSizes = LoadSizeSettings();
   StartFileInfo(path, 0, info);
   std::unique_ptr<FileSource> source;
   const int32_t opened = FileSource::Open(path, source);
   if (opened != SUCCESS) return opened;
   info.firstSize = source->Size();
   return ForDetectedCodec(*source, request, [&](const Codec& codec) {
-    request.loadSize = LoadSizeSetting(codec);
     ImageHeader header;
     const int32_t result = codec.info(*source, request, header);
     if (result == SUCCESS) FillFileInfo(header, info);
@@ -129,7 +129,6 @@ int32_t GetFormatResolutions(const ZVCHAR* path, IMAGESIZE* sizes, FORMATRESOLUT
       if (room < total) return ERROR_BUFFER_TOO_SMALL;
     }
     resolutions->count = total;
-    resolutions->anySize = 0;
     return SUCCESS;
   });
 }

@@ -70,15 +70,14 @@ LoadRequest MakeLoadRequest(const ZVCHAR* path, const LOADFILEOPTION* option, co
     if (option->xResolution >= 1) request.xDpi = option->xResolution;
     if (option->yResolution >= 1) request.yDpi = option->yResolution;
   }
-  if (info && (info->flags & FILEINFO_LOAD_SIZE_GIVEN)) request.loadSize = {info->width, info->height};
+  if (info && (info->flags & FILEINFO_LOAD_SIZE_GIVEN)) request.givenSize = {info->width, info->height};
   return request;
 }
 
 int32_t LoadFromSource(ByteSource& source, LoadRequest& request, SinkRequest& target) {
-  const IMAGESIZE given = request.loadSize;
+  request.loadSizes = LoadSizeSettings();
+  request.fonts = FontSubstitutionSetting();
   return ForDetectedCodec(source, request, [&](const Codec& codec) {
-    request.loadSize = LoadSizeSetting(codec);
-    if (request.loadSize.width < 1) request.loadSize = given;
     RowSink sink(target);
     int32_t result = codec.load(source, request, sink);
     if (result == SUCCESS) result = sink.Finish();

@@ -26,7 +26,7 @@ int32_t Barrier(Body&& body) noexcept {
 bool IsValidOption(const LOADFILEOPTION* option);
 bool IsValidOption(const SAVEFILEOPTION* option);
 
-// option may be null. info may be null; a load size given in it is taken over, for codecs that have none set.
+// option may be null. info may be null; a load size given in it is taken over, for formats that have none set.
 LoadRequest MakeLoadRequest(const ZVCHAR* path, const LOADFILEOPTION* option, const FILEINFO* info);
 
 // Calls attempt(codec) with each codec that recognises the source, best first, until one answers anything but

@@ -186,11 +186,11 @@ typedef struct tagRASTERIZEDOCOPTION {
   uint32_t sizeMode;
 } RASTERIZEDOCOPTION;
 
-/* Counts the sizes that GetFormatResolutions has; set count to the room in the array before the second call. */
+/* The number of sizes at which a file can be loaded, from GetFormatResolutions. It has no size tag. The first call, without
+ * an array, leaves in it what the second one is to be given: the room in the array. */
 typedef struct tagFORMATRESOLUTIONS {
-  uint32_t uStructSize; /* 0: 12 */
-  int32_t count;
-  int32_t anySize; /* non-zero: any size can be asked for, the list names the natural ones */
+  int32_t count;         /* 0 */
+  uint8_t reserved4[76]; /* 4: neither read nor written */
 } FORMATRESOLUTIONS;
 
 typedef struct tagIMAGESIZE {
@@ -240,5 +240,8 @@ static_assert(sizeof(VECTORPENOPTION) == 72, "wire format");
 static_assert(offsetof(VECTORPENOPTION, color) == 36, "wire format");
 static_assert(sizeof(RASTERIZEDOCOPTION) == 72, "wire format");
 static_assert(offsetof(RASTERIZEDOCOPTION, unit) == 56, "wire format");
+static_assert(sizeof(FORMATRESOLUTIONS) == 80, "wire format");
+static_assert(offsetof(FORMATRESOLUTIONS, count) == 0, "wire format");
+static_assert(sizeof(IMAGESIZE) == 8, "wire format");
 
 #endif

@@ -99,8 +99,7 @@ struct Settings {
   int32_t vectorWidth = 0, vectorHeight = 0;
   int32_t vectorMode = 0;
   uint32_t vectorBackground = 0x00FFFFFF;
-  FONTSUBSTITUTIONCALLBACK fontCallback = nullptr;
-  void* fontUserData = nullptr;
+  FontSubstitution fonts;
   int32_t xDpi = kDefaultDpi, yDpi = kDefaultDpi;
   std::map<int32_t, IMAGESIZE> loadSizes;
   std::vector<IMAGESIZE> saveSizes;
@@ -155,13 +154,14 @@ void LoadDpiSetting(int32_t& x, int32_t& y) {
   y = Current().yDpi;
 }
 
-IMAGESIZE LoadSizeSetting(const Codec& codec) {
+std::map<int32_t, IMAGESIZE> LoadSizeSettings() {
   const std::lock_guard lock(settingsMutex);
-  for (const FormatRow& row : codec.formats) {
-    const auto found = Current().loadSizes.find(row.format);
-    if (found != Current().loadSizes.end() && found->second.width > 0) return found->second;
-  }
-  return {0, 0};
+  return Current().loadSizes;
+}
+
+FontSubstitution FontSubstitutionSetting() {
+  const std::lock_guard lock(settingsMutex);
+  return Current().fonts;
 }
 
 J2KSAVEOPTION J2kSetting() {
@@ -251,15 +251,13 @@ int32_t SetVectorBackground(uint32_t color) { return WriteValue(&Settings::vecto
 int32_t SetVectorFontSubstitution(FONTSUBSTITUTIONCALLBACK callback, void* userData) {
   if (!callback) return ERROR_BAD_ARGUMENT;
   const std::lock_guard lock(settingsMutex);
-  Current().fontCallback = callback;
-  Current().fontUserData = userData;
+  Current().fonts = {callback, userData};
   return SUCCESS;
 }
 
 int32_t ResetVectorFontSubstitution(void) {
   const std::lock_guard lock(settingsMutex);
-  Current().fontCallback = nullptr;
-  Current().fontUserData = nullptr;
+  Current().fonts = {};
   return SUCCESS;
 }
 

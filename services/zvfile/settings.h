@@ -3,6 +3,7 @@
 #ifndef ZV_FILE_SETTINGS_H
 #define ZV_FILE_SETTINGS_H
 
+#include <map>
 #include <vector>
 
 #include "services/zvfile/codec.h"
@@ -10,8 +11,9 @@
 namespace zvfile {
 
 void LoadDpiSetting(int32_t& x, int32_t& y);
-// The load size set for any of the codec's format numbers; (0, 0) when none is.
-IMAGESIZE LoadSizeSetting(const Codec& codec);
+// By format number.
+std::map<int32_t, IMAGESIZE> LoadSizeSettings();
+FontSubstitution FontSubstitutionSetting();
 J2KSAVEOPTION J2kSetting();
 std::vector<IMAGESIZE> SaveSizeListSetting();
 

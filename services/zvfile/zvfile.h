@@ -124,7 +124,8 @@ ZVFILE_API int32_t GetVectorViewMode(int32_t* mode);
 ZVFILE_API int32_t SetVectorViewMode(int32_t mode);
 ZVFILE_API int32_t GetVectorBackground(uint32_t* color);
 ZVFILE_API int32_t SetVectorBackground(uint32_t color);
-/* Gets a LOGFONTW to change; answers 1 to use it. */
+/* Gets each font of a drawing that is loaded, on the thread of the load, as a LOGFONTW to change; answers 1 to use it,
+ * anything else to draw with the font as it was. Metafiles are the drawings that are read. It holds until it is reset. */
 typedef int32_t(ZV_CALL* FONTSUBSTITUTIONCALLBACK)(void* logFont, void* userData);
 ZVFILE_API int32_t SetVectorFontSubstitution(FONTSUBSTITUTIONCALLBACK callback, void* userData);
 ZVFILE_API int32_t ResetVectorFontSubstitution(void);
@@ -134,11 +135,14 @@ ZVFILE_API int32_t ResetVectorFontSubstitution(void);
 ZVFILE_API int32_t GetLoadDpi(int32_t* x, int32_t* y);
 ZVFILE_API int32_t SetLoadDpi(int32_t x, int32_t y);
 /* Load size of formats that keep several: the smallest that is not smaller comes in, the largest when there is none such.
- * (0, 0) is the largest, a height of 0 leaves the width alone to decide. GetFileInfo tells the size that would be loaded, and
- * the size goes before the one of a FILEINFO with FILEINFO_LOAD_SIZE_GIVEN. option may be null. */
+ * (0, 0) is the largest, a height of 0 leaves the width alone to decide. It holds for files of exactly that format number,
+ * as GetFileInfo tells it; 80 is all of Photo CD. GetFileInfo tells the size that would be loaded, and the size goes before
+ * the one of a FILEINFO with FILEINFO_LOAD_SIZE_GIVEN. option may be null. */
 ZVFILE_API int32_t GetLoadSize(int32_t format, int32_t* width, int32_t* height, const LOADFILEOPTION* option);
 ZVFILE_API int32_t SetLoadSize(int32_t format, int32_t width, int32_t height);
-/* The sizes at which a file can be loaded; sizes null gives the count alone. */
+/* The sizes at which a file can be loaded, largest first; a format with one size has that alone. Call it with sizes null to
+ * learn the count, then with an array of count elements. ERROR_BUFFER_TOO_SMALL when resolutions->count is less than there
+ * are: as many as fit are in the array, and count stays. option may be null. */
 ZVFILE_API int32_t GetFormatResolutions(const ZVCHAR* path, IMAGESIZE* sizes, FORMATRESOLUTIONS* resolutions,
                                         const LOADFILEOPTION* option);
 /* The sizes written to an icon file; at most 16. */

@@ -107,21 +107,25 @@ const Entry& Choose(const Directory& directory, const IMAGESIZE& wanted) {
   return *chosen;
 }
 
-int32_t DescribeEntry(const Directory& directory, const Entry& entry, ImageHeader& header) {
-  header.format = directory.cursor ? FMT_CUR : FMT_ICO;
+// The best entry decides, whichever is loaded: a load size, which belongs to a number, leaves the number as it is.
+int32_t FormatOf(const Directory& directory) {
+  if (directory.cursor) return FMT_CUR;
+  return directory.entries.front().png ? FMT_ICO_PNG : FMT_ICO;
+}
+
+void DescribeEntry(const Directory& directory, const Entry& entry, ImageHeader& header) {
+  header.format = FormatOf(directory);
   header.width = entry.width;
   header.height = entry.height;
   header.layout = Layout::kBgra32;
   header.compression = entry.png ? "PNG" : "None";
-  if (entry.png) header.format = FMT_ICO_PNG;
-  return SUCCESS;
 }
 
 int32_t IconInfo(ByteSource& source, const LoadRequest& request, ImageHeader& header) {
   Directory directory;
   const int32_t result = ReadDirectory(source, request, directory);
   if (result != SUCCESS) return result;
-  const Entry& entry = Choose(directory, request.loadSize);
+  const Entry& entry = Choose(directory, request.SizeFor(FormatOf(directory)));
   DescribeEntry(directory, entry, header);
   return request.limits.CheckImage(header.width, header.height, 32);
 }
@@ -208,10 +212,10 @@ int32_t IconLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) 
   Directory directory;
   const int32_t result = ReadDirectory(source, request, directory);
   if (result != SUCCESS) return result;
-  const Entry& entry = Choose(directory, request.loadSize);
+  const Entry& entry = Choose(directory, request.SizeFor(FormatOf(directory)));
   if (entry.png) {
     SubSource part(source, entry.offset, entry.size);
-    sink.ReportFormat(FMT_ICO_PNG);
+    sink.ReportFormat(FormatOf(directory));
     return kPngCodec.load(part, request, sink);
   }
   ImageHeader header;

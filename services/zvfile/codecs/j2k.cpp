@@ -27,6 +27,7 @@ struct Opened {
   J2kStream stream;
   J2kCodecHandle codec;
   J2kImage image;
+  int32_t format = FMT_JP2;
   int32_t reductions = 0;  // that the file offers below full size
   int32_t width = 0, height = 0;
   uint32_t left = 0, right = 0;  // in the coordinates of the image, as the next two
@@ -72,9 +73,10 @@ bool TilesArePlausible(ByteSource& source) {
 int32_t OpenFile(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (request.page > 1) return ERROR_PAGE_MISSING;
   if (!TilesArePlausible(source)) return ERROR_FILE_DAMAGED;
+  if (IsCodeStream(source)) opened.format = FMT_J2K;
   source.Seek(0);
   opened.stream = MakeJ2kReader(source);
-  opened.codec = MakeJ2kCodec(IsCodeStream(source), true);
+  opened.codec = MakeJ2kCodec(opened.format == FMT_J2K, true);
   if (!opened.stream || !opened.codec) return ERROR_OUT_OF_MEMORY;
   opj_dparameters_t parameters;
   opj_set_default_decoder_parameters(&parameters);
@@ -128,13 +130,12 @@ Layout LayoutFor(const opj_image_t& image, const Jp2Colors& colors) {
 
 void Describe(Opened& opened, ByteSource& source, const LoadRequest& request, ImageHeader& header) {
   const opj_image_t& image = *opened.image;
-  const bool codeStream = IsCodeStream(source);
-  const int32_t level = LevelFor(opened, request.loadSize);
-  header.format = codeStream ? FMT_J2K : FMT_JP2;
+  const int32_t level = LevelFor(opened, request.SizeFor(opened.format));
+  header.format = opened.format;
   header.compression = "JPEG 2000";
   header.width = Reduced(opened.width, level);
   header.height = Reduced(opened.height, level);
-  if (!codeStream) opened.colors = ReadJp2Boxes(source, request.limits, header);
+  if (opened.format != FMT_J2K) opened.colors = ReadJp2Boxes(source, request.limits, header);
   if (image.numcomps < 4) opened.colors.inks = false;
   header.layout = LayoutFor(image, opened.colors);
 }
@@ -310,7 +311,7 @@ int32_t DecodeBand(Opened& opened, const Band& band) {
 int32_t OpenAtLevel(ByteSource& source, const LoadRequest& request, int32_t& level, Opened& opened) {
   const int32_t result = OpenFile(source, request, opened);
   if (result != SUCCESS) return result;
-  level = LevelFor(opened, request.loadSize);
+  level = LevelFor(opened, request.SizeFor(opened.format));
   if (level == 0) return SUCCESS;
   const bool good = opj_set_decoded_resolution_factor(opened.codec.get(), static_cast<OPJ_UINT32>(level));
   return good ? SUCCESS : ERROR_FEATURE_UNSUPPORTED;

@@ -30,7 +30,7 @@ int32_t Open(ByteSource& source, const LoadRequest& request, Opened& opened) {
   if (!opened.format) return ERROR_FILE_FORMAT;
   if (!source.ReadAll(opened.storage, opened.bytes, kMaxFileBytes)) return ERROR_LIMIT_EXCEEDED;
   const bool photoCd = opened.format->format == FMT_PCD;
-  const IMAGESIZE size = photoCd ? PhotoCdReaderSize(source, request.loadSize) : IMAGESIZE{0, 0};
+  const IMAGESIZE size = photoCd ? PhotoCdReaderSize(source, request.SizeFor(FMT_PCD)) : IMAGESIZE{0, 0};
   int32_t pages = 1;
   int32_t result = Survey(opened.bytes, *opened.format, request.limits, pages);
   if (result == SUCCESS) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "services/zvfile/codec.h"
 
@@ -167,8 +168,9 @@ int32_t Describe(const Opened& opened, const LoadRequest& request, ImageHeader& 
   };
   const int32_t xDpi = request.xDpi > 0 ? request.xDpi : kScreenDpi;
   const int32_t yDpi = request.yDpi > 0 ? request.yDpi : kScreenDpi;
-  const int64_t width = pixels(request.loadSize.width, opened.widthInches, xDpi);
-  const int64_t height = pixels(request.loadSize.height, opened.heightInches, yDpi);
+  const IMAGESIZE wanted = request.SizeFor(opened.format);
+  const int64_t width = pixels(wanted.width, opened.widthInches, xDpi);
+  const int64_t height = pixels(wanted.height, opened.heightInches, yDpi);
   const int32_t result = request.limits.CheckImage(width, height, 32);
   if (result != SUCCESS) return result;
   header.format = opened.format;
@@ -225,6 +227,39 @@ class Canvas {
   uint8_t* pixels_ = nullptr;
 };
 
+// Plays a record; one that makes a font, in the form that the substitution gives it. Nothing may be thrown here: the frames
+// above are the system's.
+int CALLBACK PlayWithFonts(HDC device, HANDLETABLE* handles, const ENHMETARECORD* record, int handleCount,
+                           LPARAM fonts) {
+  constexpr size_t kFontAt = offsetof(EMREXTCREATEFONTINDIRECTW, elfw.elfLogFont);
+  const auto count = static_cast<UINT>(handleCount);
+  if (record->iType != EMR_EXTCREATEFONTINDIRECTW || record->nSize < kFontAt + sizeof(LOGFONTW)) {
+    PlayEnhMetaFileRecord(device, handles, record, count);
+    return TRUE;
+  }
+  const std::unique_ptr<uint8_t[]> copy(new (std::nothrow) uint8_t[record->nSize]);
+  if (!copy) return FALSE;
+  std::memcpy(copy.get(), record, record->nSize);
+  LOGFONTW font;
+  std::memcpy(&font, copy.get() + kFontAt, sizeof font);
+  const auto& substitution = *reinterpret_cast<const FontSubstitution*>(fonts);
+  if (substitution.change(&font, substitution.userData) == SUCCESS) {
+    std::memcpy(copy.get() + kFontAt, &font, sizeof font);
+  }
+  PlayEnhMetaFileRecord(device, handles, reinterpret_cast<const ENHMETARECORD*>(copy.get()), count);
+  return TRUE;
+}
+
+// A record that cannot be played makes the system's answer FALSE; the picture then has the others, as in any viewer.
+void Play(HDC device, HENHMETAFILE metafile, const RECT& frame, FontSubstitution fonts) {
+  if (fonts.change) {
+    EnumEnhMetaFile(device, metafile, PlayWithFonts, &fonts, &frame);
+  } else {
+    PlayEnhMetaFile(device, metafile, &frame);
+  }
+  GdiFlush();
+}
+
 int32_t MetafileLoad(ByteSource& source, const LoadRequest& request, RowSink& sink) {
   Opened opened;
   ImageHeader header;
@@ -235,9 +270,7 @@ int32_t MetafileLoad(ByteSource& source, const LoadRequest& request, RowSink& si
   const Canvas canvas(header.width, header.height);
   if (!canvas.Valid()) return ERROR_OUT_OF_MEMORY;
   const RECT frame = {0, 0, header.width, header.height};
-  // A record that cannot be played makes the answer FALSE; the picture then has the others, as in any viewer.
-  PlayEnhMetaFile(canvas.Device(), opened.metafile.get(), &frame);
-  GdiFlush();
+  Play(canvas.Device(), opened.metafile.get(), frame, request.fonts);
   RowConverter converter(Layout::kBgrx32, Layout::kBgr24, header.width, {});
   for (int32_t y = 0; y < header.height; ++y) {
     converter.Convert(canvas.Row(y), sink.Row(y));

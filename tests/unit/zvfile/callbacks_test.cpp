@@ -169,6 +169,22 @@ TEST(LoadInto, AnOwnBitmapWorksWhenItFits) {
   EXPECT_TRUE(tooSmall->flags & BITMAP_FLAG_ALLOCATED) << "the caller's pixels stay the caller's";
 }
 
+TEST(LoadCompressed, IsAPlainLoadOfFormatsThatDoNotKeepTheirStream) {
+  TestFolder folder;
+  Picture source = MakePicture(70, 53, 24);
+  for (const auto& path : SaveSamples(folder, source)) {
+    Picture plain, compressed;
+    ASSERT_EQ(Load(path, plain), SUCCESS);
+    ASSERT_EQ(
+        LoadImageFile(Text(path).c_str(), &compressed, sizeof(BITMAPHANDLE), 0, ORDER_BGR_OR_GRAY,
+                      LOADFILE_ALLOCATE | LOADFILE_STORE | LOADFILE_COMPRESSED, nullptr, nullptr, nullptr, nullptr),
+        SUCCESS)
+        << path;
+    EXPECT_FALSE(compressed->flags & BITMAP_FLAG_COMPRESSED);
+    EXPECT_EQ(DifferentPixels(plain.bitmap, compressed.bitmap), 0) << path;
+  }
+}
+
 constexpr int32_t kSavedFormats[] = {FMT_JPEG, FMT_PNG, FMT_BMP, FMT_CMP, FMT_WEBP, FMT_JP2, FMT_TIFF, FMT_TIFF_LZW};
 
 TEST(SaveCallback, IsAskedForEachRowOnceFromTheTop) {

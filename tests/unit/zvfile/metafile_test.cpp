@@ -122,6 +122,93 @@ TEST(Metafile, OfTheOldKindIsDrawnToo) {
   ExpectHalves(loaded.bitmap);
 }
 
+// Four by two inches with a line of letters in a font of 20 pixels.
+std::vector<uint8_t> MakeText(bool old) {
+  const RECT frame = {0, 0, 10160, 5080};
+  const HDC device = old ? CreateMetaFileW(nullptr) : CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
+  SetMapMode(device, MM_ANISOTROPIC);
+  SetWindowOrgEx(device, 0, 0, nullptr);
+  SetWindowExtEx(device, 400, 200, nullptr);
+  if (!old) {
+    SetViewportExtEx(device, MulDiv(GetDeviceCaps(device, HORZRES), 10160, GetDeviceCaps(device, HORZSIZE) * 100),
+                     MulDiv(GetDeviceCaps(device, VERTRES), 5080, GetDeviceCaps(device, VERTSIZE) * 100), nullptr);
+  }
+  LOGFONTW description = {};
+  description.lfHeight = -20;
+  lstrcpyW(description.lfFaceName, L"First Face");
+  const HFONT font = CreateFontIndirectW(&description);
+  const HGDIOBJ former = SelectObject(device, font);
+  SetBkMode(device, TRANSPARENT);
+  TextOutW(device, 10, 10, L"HHHH", 4);
+  std::vector<uint8_t> bytes;
+  if (old) {
+    const HMETAFILE metafile = CloseMetaFile(device);
+    bytes.resize(GetMetaFileBitsEx(metafile, 0, nullptr));
+    GetMetaFileBitsEx(metafile, static_cast<UINT>(bytes.size()), bytes.data());
+    DeleteMetaFile(metafile);
+  } else {
+    SelectObject(device, former);
+    const HENHMETAFILE metafile = CloseEnhMetaFile(device);
+    bytes.resize(GetEnhMetaFileBits(metafile, 0, nullptr));
+    GetEnhMetaFileBits(metafile, static_cast<UINT>(bytes.size()), bytes.data());
+    DeleteEnhMetaFile(metafile);
+  }
+  DeleteObject(font);
+  return bytes;
+}
+
+int32_t InkedRows(const BITMAPHANDLE& bitmap) {
+  int32_t rows = 0;
+  for (int32_t y = 0; y < bitmap.height; ++y) {
+    bool inked = false;
+    for (int32_t x = 0; x < bitmap.width && !inked; ++x) inked = ColorAt(bitmap, x, y).red < 32768;
+    rows += inked ? 1 : 0;
+  }
+  return rows;
+}
+
+struct FontChange {
+  int32_t answer = SUCCESS;
+  std::vector<std::wstring> faces;
+};
+
+// Makes letters three times as high.
+int32_t ZV_CALL Enlarge(void* logFont, void* userData) {
+  FontChange& change = *static_cast<FontChange*>(userData);
+  LOGFONTW& font = *static_cast<LOGFONTW*>(logFont);
+  change.faces.emplace_back(font.lfFaceName);
+  font.lfHeight *= 3;
+  return change.answer;
+}
+
+TEST(Metafile, IsDrawnWithTheFontsThatTheSubstitutionGives) {
+  TestFolder folder;
+  for (const bool old : {false, true}) {
+    const auto path = folder.Path(old ? u"text.wmf" : u"text.emf");
+    WriteBytes(path, MakeText(old));
+    LOADFILEOPTION option = LoadOption();
+    option.xResolution = option.yResolution = 100;
+    const auto rows = [&] {
+      Picture loaded;
+      EXPECT_EQ(Load(path, loaded, 0, ORDER_BGR_OR_GRAY, &option), SUCCESS);
+      return InkedRows(loaded.bitmap);
+    };
+    const int32_t plain = rows();
+    ASSERT_GT(plain, 5);
+    FontChange change;
+    ASSERT_EQ(SetVectorFontSubstitution(Enlarge, &change), SUCCESS);
+    const int32_t enlarged = rows();
+    EXPECT_GT(enlarged, 2 * plain) << (old ? "old" : "enhanced");
+    EXPECT_EQ(change.faces, std::vector<std::wstring>{L"First Face"});
+    change.answer = 0;
+    EXPECT_EQ(rows(), plain) << "not taken";
+    EXPECT_EQ(change.faces.size(), 2u);
+    ASSERT_EQ(ResetVectorFontSubstitution(), SUCCESS);
+    EXPECT_EQ(rows(), plain);
+    EXPECT_EQ(change.faces.size(), 2u) << "not asked any more";
+  }
+}
+
 TEST(Metafile, ThatIsCutShortOrChangedFails) {
   TestFolder folder;
   const auto path = folder.Path(u"a");

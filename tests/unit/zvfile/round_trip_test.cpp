@@ -126,7 +126,7 @@ TEST(Jpeg2000, LoadsAtTheResolutionLevelThatFitsTheLoadSize) {
   Picture source = MakePicture(200, 120, 24);
   const auto path = folder.Path(u"a.jp2");
   ASSERT_EQ(Save(path, source, FMT_JP2), SUCCESS);
-  FORMATRESOLUTIONS resolutions = {sizeof(FORMATRESOLUTIONS), 0, 0};
+  FORMATRESOLUTIONS resolutions = {};
   ASSERT_EQ(GetFormatResolutions(Text(path).c_str(), nullptr, &resolutions, nullptr), SUCCESS);
   ASSERT_GE(resolutions.count, 3);
   std::vector<IMAGESIZE> sizes(static_cast<size_t>(resolutions.count));
@@ -150,7 +150,7 @@ TEST(Icon, HoldsTheListedSizesAndLoadsTheOneAskedFor) {
   const auto path = folder.Path(u"a.ico");
   EXPECT_EQ(Save(path, source, FMT_ICO, 32), SUCCESS);
   EXPECT_EQ(SetSaveSizeList(0, nullptr), SUCCESS);
-  FORMATRESOLUTIONS resolutions = {sizeof(FORMATRESOLUTIONS), 16, 0};
+  FORMATRESOLUTIONS resolutions = {.count = 16, .reserved4 = {}};
   IMAGESIZE sizes[16];
   ASSERT_EQ(GetFormatResolutions(Text(path).c_str(), sizes, &resolutions, nullptr), SUCCESS);
   ASSERT_EQ(resolutions.count, 3);
