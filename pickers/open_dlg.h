@@ -86,7 +86,7 @@ class CZVOpenDlg : public CFileDialog, private PreviewHost, private PreviewSink 
   void PrepareCallerRecord(OPENFILENAMEW& caller) const;
   void PrepareDialog(const OPENFILENAMEW& caller);
   bool HasOldStyleShell() const { return IsOldStyleShell(system_); }
-  void CentreWithoutOwner();
+  void Centre();
   void ApplyFlags();
   void ApplyHelpStyle();
   void SetTexts();
