@@ -23,6 +23,20 @@ void Realize(CDC& device, HPALETTE palette) {
   ::SelectPalette(device, former, TRUE);
 }
 
+// What lets the ground through is painted off screen over the colour of buttons: the pane still shows the picture before, and
+// would flicker if it were cleared first.
+void PaintInto(CDC& device, const CRect& destination, const CZVBitmap& image) {
+  const CSize size = image.GetSize();
+  const CRect source(0, 0, size.cx, size.cy);
+  if (!(image.GetHandle().flags & BITMAP_FLAG_ALPHA)) {
+    image.Paint(device, &source, nullptr, &destination, nullptr, 0);
+    return;
+  }
+  CMemDC memory(device, destination);
+  ::FillRect(memory, destination, ::GetSysColorBrush(COLOR_BTNFACE));
+  image.Paint(memory, &source, nullptr, &destination, nullptr, 0);
+}
+
 }  // namespace
 
 int CZVRasterFileViewer::OnFileChange(const CString& path, int isFolder) {
@@ -47,12 +61,10 @@ int CZVRasterFileViewer::Draw(CDC& device, const CRect& client) {
   if (const HPALETTE palette = image.GetPalette()) {
     Realize(device, palette);
   }
-  const CSize size = image.GetSize();
-  const CRect source(0, 0, size.cx, size.cy);
-  const CRect destination = FitPreview(size, client);
+  const CRect destination = FitPreview(image.GetSize(), client);
   // What the frame leaves nothing of has no pixel to paint.
   if (!destination.IsRectEmpty()) {
-    image.Paint(device, &source, nullptr, &destination, nullptr, 0);
+    PaintInto(device, destination, image);
     device.ExcludeClipRect(destination);
   }
   ::FillRect(device, client, ::GetSysColorBrush(COLOR_BTNFACE));

@@ -40,6 +40,23 @@ inline void WriteSolid(const std::wstring& path, COLORREF color, int32_t format 
   FreeBitmap(&bitmap);
 }
 
+// A PNG of one colour and opacity.
+inline void WriteTransparent(const std::wstring& path, COLORREF color, uint8_t alpha, int side = 400) {
+  BITMAPHANDLE bitmap = {};
+  EXPECT_EQ(SUCCESS, InitBitmapHandle(&bitmap, sizeof(bitmap), side, side, 32));
+  bitmap.flags |= BITMAP_FLAG_ALPHA;
+  EXPECT_EQ(SUCCESS, AllocateBitmap(&bitmap, MEMORY_CONVENTIONAL));
+  std::vector<uint8_t> row;
+  for (int x = 0; x < side; ++x) {
+    row.insert(row.end(), {GetBValue(color), GetGValue(color), GetRValue(color), alpha});
+  }
+  for (int y = 0; y < side; ++y) {
+    EXPECT_LT(0, PutBitmapRow(&bitmap, row.data(), y, bitmap.bytesPerLine));
+  }
+  EXPECT_EQ(SUCCESS, SaveBitmapToFile(path.c_str(), &bitmap, FMT_PNG, 32, 2, nullptr));
+  FreeBitmap(&bitmap);
+}
+
 inline std::vector<uint8_t> ContentOf(const std::wstring& path) {
   std::ifstream file{std::filesystem::path(path), std::ios::binary};
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -93,6 +93,26 @@ TEST_F(OpenPane, ShowsASmallPictureAtItsOwnSizeLessThreePixelsAllAround) {
       3);
 }
 
+TEST_F(OpenPane, ShowsATransparentPictureOverTheColourOfButtonsAndNotOverTheOneBefore) {
+  WriteTransparent(folder.File(L"clear.png"), kGreen, 128);
+  Look(
+      [](HWND dialog) {
+        const COLORREF face = ::GetSysColor(COLOR_BTNFACE);
+        const COLORREF mixed = RGB(GetRValue(face) / 2, (255 + GetGValue(face)) / 2, GetBValue(face) / 2);
+        SelectFile(dialog, L"clear.png");
+        WaitForColor(dialog, mixed);
+        SelectFile(dialog, L"red.bmp");
+        WaitForColor(dialog, kRed);
+        SelectFile(dialog, L"clear.png");
+        WaitForColor(dialog, mixed);
+        SaveScreenshot(dialog, L"open_transparent");
+        ::InvalidateRect(Control(dialog, kOpenPane), nullptr, FALSE);
+        ::UpdateWindow(Control(dialog, kOpenPane));
+        EXPECT_TRUE(IsNear(mixed, PaneColor(dialog))) << "also when it is painted again";
+      },
+      3);
+}
+
 TEST_F(OpenPane, ShowsTheStampAndNeverThePicture) {
   WriteStamped(folder, L"stamped.cmp", kGreen, kRed);
   Look(
@@ -274,20 +294,26 @@ TEST_F(OpenPane, IsNeverDraggedBeyondItsLimits) {
   });
 }
 
-TEST_F(OpenPane, KeepsItsDistanceFromTheRightEdgeOfANarrowDialog) {
+// Also below the dialog's smallest width, which a program is not held to.
+void SetClientWidth(HWND dialog, LONG width) {
+  RECT client, frame;
+  ::GetClientRect(dialog, &client);
+  ::GetWindowRect(dialog, &frame);
+  ::SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left + width - client.right, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOSENDCHANGING);
+  WaitUntil([=] { return OpenPaneRect(dialog).right == width; }, "the pane follows");
+}
+
+TEST_F(OpenPane, KeepsItsDistanceFromTheRightEdgeAfterTheDialogWasNarrow) {
   call.params.flags |= DLG_OPEN_RESIZABLE;
   Look([](HWND dialog) {
-    RECT client, frame;
+    RECT client;
     ::GetClientRect(dialog, &client);
     Drag(dialog, client.right);
-    for (const int step : {60, 120, 300}) {
-      ::GetWindowRect(dialog, &frame);
-      ::SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left - step, frame.bottom - frame.top,
-                     SWP_NOMOVE | SWP_NOZORDER);
-      ::GetClientRect(dialog, &client);
-      WaitUntil([=] { return OpenPaneRect(dialog).right == client.right; }, "the pane follows");
-      EXPECT_GE(client.right - OpenPaneRect(dialog).left, 25);
-    }
+    SetClientWidth(dialog, 180);
+    EXPECT_EQ(170, OpenPaneRect(dialog).left) << "there the list's room counts for more";
+    SetClientWidth(dialog, client.right);
+    EXPECT_EQ(client.right - 25, OpenPaneRect(dialog).left) << "not the 10 pixels that it had left";
   });
 }
 
@@ -350,6 +376,11 @@ TEST_F(OpenPane, ShowsTheSplitterCursorOverTheSplitter) {
     expectAt(pane.left + 2, true);
     expectAt(pane.left - 4, true);
     expectAt(pane.left - 20, false);
+    Toggle(dialog);
+    expectAt(pane.left + 2, false);
+    expectAt(pane.left - 4, false);
+    Toggle(dialog);
+    expectAt(pane.left + 2, true);
   });
 }
 

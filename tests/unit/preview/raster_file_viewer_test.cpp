@@ -25,6 +25,22 @@ class RasterViewer : public ::testing::Test {
     EXPECT_FALSE(bitmap.flags & BITMAP_FLAG_ALLOCATED) << "the pixels are the viewer's now";
   }
 
+  // Green of that opacity.
+  void ShowTransparent(int width, int height, uint8_t alpha) {
+    BITMAPHANDLE bitmap = {};
+    ASSERT_EQ(SUCCESS, InitBitmapHandle(&bitmap, sizeof(bitmap), width, height, 32));
+    bitmap.flags |= BITMAP_FLAG_ALPHA;
+    ASSERT_EQ(SUCCESS, AllocateBitmap(&bitmap, MEMORY_CONVENTIONAL));
+    std::vector<uint8_t> row;
+    for (int x = 0; x < width; ++x) {
+      row.insert(row.end(), {0, 255, 0, alpha});
+    }
+    for (int y = 0; y < height; ++y) {
+      ASSERT_LT(0, PutBitmapRow(&bitmap, row.data(), y, static_cast<int32_t>(row.size())));
+    }
+    ASSERT_EQ(1, SetViewerBitmap(viewer, &bitmap));
+  }
+
   TemporaryFolder folder;
   std::wstring path = folder.File(L"picture.bmp");
   CZVRasterFileViewer viewer;
@@ -60,6 +76,34 @@ TEST_F(RasterViewer, ReducesALargePictureToThePane) {
   EXPECT_EQ(kBlue, canvas.At(196, 50));
   EXPECT_EQ(face, canvas.At(100, 27));
   EXPECT_EQ(kBlue, canvas.At(150, 28));
+}
+
+TEST_F(RasterViewer, PaintsATransparentPictureOverTheColourOfButtonsWhateverStoodThere) {
+  ShowTransparent(40, 20, 128);
+  Canvas fresh(200, 100);
+  ::FillRect(fresh.device, client, ::GetSysColorBrush(COLOR_BTNFACE));
+  ASSERT_EQ(1, viewer.Draw(fresh.device, client));
+  const COLORREF once = fresh.At(100, 50);
+  EXPECT_NEAR((255 + GetGValue(face)) / 2, GetGValue(once), 2) << "half of the picture's green";
+  EXPECT_NEAR(GetRValue(face) / 2, GetRValue(once), 2);
+  canvas.device.FillSolidRect(client, kRed);
+  for (int paint = 1; paint <= 2; ++paint) {
+    const int saved = canvas.device.SaveDC();
+    ASSERT_EQ(1, viewer.Draw(canvas.device, client));
+    canvas.device.RestoreDC(saved);
+    for (int x = 0; x < 200; x += 3) {
+      for (int y = 0; y < 100; y += 3) {
+        ASSERT_EQ(fresh.At(x, y), canvas.At(x, y)) << "at " << x << ", " << y << " of paint " << paint;
+      }
+    }
+  }
+}
+
+TEST_F(RasterViewer, ShowsTheColourOfButtonsWhereAPictureIsClear) {
+  ShowTransparent(400, 20, 0);
+  canvas.device.FillSolidRect(client, kRed);
+  ASSERT_EQ(1, viewer.Draw(canvas.device, client));
+  EXPECT_EQ(face, canvas.At(100, 50));
 }
 
 TEST_F(RasterViewer, SurvivesAPaneWithoutRoom) {
