@@ -195,7 +195,7 @@ void CZVOpenDlg::OnInitDone() {
   AddToolBarButtons();
   ::PostMessageW(outer, kOpenSettings, 0, 0);
   firstFolderChange_ = true;
-  CentreWithoutOwner();
+  Centre();
   CRect frame, hook;
   ::GetWindowRect(outer, frame);
   GetClientRect(hook);
@@ -235,17 +235,15 @@ void CZVOpenDlg::ApplyFlags() {
   show(IDX_OPEN_LOAD_OPTIONS, Wants(DLG_OPEN_SHOW_LOAD_OPTIONS));
 }
 
-// Over an owner the dialog stays where it has been put.
-void CZVOpenDlg::CentreWithoutOwner() {
-  if (::IsWindow(m_ofn.hwndOwner)) {
-    return;
-  }
-  const HWND outer = ::GetParent(m_hWnd);
-  RECT desktop, frame;
-  ::GetWindowRect(::GetDesktopWindow(), &desktop);
+// On the screen; over an owner on its own rectangle, which leaves it where it has been put. Never left of or above the main
+// screen.
+void CZVOpenDlg::Centre() {
+  const HWND outer = Outer();
+  RECT around, frame;
+  ::GetWindowRect(::IsWindow(m_ofn.hwndOwner) ? outer : ::GetDesktopWindow(), &around);
   ::GetWindowRect(outer, &frame);
-  const LONG left = (desktop.left + desktop.right - (frame.right - frame.left)) / 2;
-  const LONG top = (desktop.top + desktop.bottom - (frame.bottom - frame.top)) / 2;
+  const LONG left = (around.left + around.right - (frame.right - frame.left)) / 2;
+  const LONG top = (around.top + around.bottom - (frame.bottom - frame.top)) / 2;
   ::SetWindowPos(outer, nullptr, std::max(left, 0L), std::max(top, 0L), 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -271,8 +269,10 @@ void CZVOpenDlg::SetTexts() {
 }
 
 void CZVOpenDlg::DeriveDefaultExtension() {
-  const LRESULT row = ::SendDlgItemMessageW(Outer(), kShellTypeCombo, CB_GETCURSEL, 0, 0);
-  if (const auto extension = DefaultExtension(m_ofn.lpstrFilter, static_cast<uint32_t>(row + 1))) {
+  const HWND box = ::GetDlgItem(Outer(), kShellTypeCombo);
+  const auto ask = [=](UINT message) { return static_cast<int32_t>(::SendMessageW(box, message, 0, 0)); };
+  const FileTypeRows rows = {m_ofn.lpstrFilter, m_ofn.lpstrCustomFilter, ask(CB_GETCOUNT)};
+  if (const auto extension = DefaultExtension(rows, ask(CB_GETCURSEL))) {
     defaultExtension_ = *extension;
     SetDefExt(extension->empty() ? nullptr : extension->c_str());
   }

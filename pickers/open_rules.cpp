@@ -12,6 +12,20 @@ std::wstring AsFolder(std::wstring folder) {
   return folder;
 }
 
+const wchar_t* PatternBehindName(const wchar_t* name) { return name + std::wstring_view(name).size() + 1; }
+
+std::vector<std::wstring> PatternsOf(const wchar_t* filter) {
+  std::vector<std::wstring> patterns;
+  while (*filter) {
+    const std::wstring& pattern = patterns.emplace_back(PatternBehindName(filter));
+    if (pattern.empty()) {
+      break;  // the end of the list already, behind a name without its pattern
+    }
+    filter = PatternBehindName(filter) + pattern.size() + 1;
+  }
+  return patterns;
+}
+
 }  // namespace
 
 const wchar_t* ChooseOpenFilter(const wchar_t* callerFilter, uint32_t dialogFlags) {
@@ -40,21 +54,19 @@ uint32_t SelectionLengthFor(uint32_t callerLength) {
   return callerLength >= MAX_PATH ? callerLength : kSelectionLength;
 }
 
-std::optional<std::wstring> DefaultExtension(const wchar_t* filter, uint32_t filterIndex) {
-  if (!filter) {
+std::optional<std::wstring> DefaultExtension(const FileTypeRows& rows, int32_t row) {
+  if (!rows.filter) {
     return L"";
   }
-  const wchar_t* text = filter;
-  std::wstring pattern;
-  for (uint32_t pair = 0; pair < filterIndex; ++pair) {
-    if (!*text) {
-      return std::nullopt;
-    }
-    text += std::wstring_view(text).size() + 1;
-    pattern = text;
-    text += pattern.size() + 1;
+  std::vector<std::wstring> patterns = PatternsOf(rows.filter);
+  if (rows.customFilter && rows.count > static_cast<int32_t>(patterns.size())) {
+    patterns.insert(patterns.begin(), PatternBehindName(rows.customFilter));
   }
-  if (filterIndex == 0 || pattern == L"*.*") {
+  if (row < 0 || row >= static_cast<int32_t>(patterns.size())) {
+    return std::nullopt;
+  }
+  const std::wstring& pattern = patterns[static_cast<size_t>(row)];
+  if (pattern == L"*.*") {
     return std::nullopt;
   }
   constexpr size_t kBeforeExtension = 2;  // "*."

@@ -18,9 +18,16 @@ const wchar_t* ChooseOpenFilter(const wchar_t* callerFilter, uint32_t dialogFlag
 DWORD OpenDialogFlags(DWORD callerFlags, uint32_t dialogFlags, bool hasHelp);
 // Characters of the dialog's own file buffer for a caller's nMaxFile.
 uint32_t SelectionLengthFor(uint32_t callerLength);
-// The extension that the chosen pair of a filter stands for: the pattern's first, three characters at most; empty without a
-// filter. Nothing when the one in force stays: the pattern is *.*, or there is no such pair. filterIndex counts from 1.
-std::optional<std::wstring> DefaultExtension(const wchar_t* filter, uint32_t filterIndex);
+
+// The rows of the platform's box of file types: the pairs of the filter, below the custom pair where one is shown.
+struct FileTypeRows {
+  const wchar_t* filter;
+  const wchar_t* customFilter;  // may be null
+  int32_t count;                // of the rows shown
+};
+// The extension that a row stands for, counted from 0: its pattern's first, three characters at most; empty without a filter.
+// Nothing when the one in force stays: the pattern is *.*, or there is no such row.
+std::optional<std::wstring> DefaultExtension(const FileTypeRows& rows, int32_t row);
 
 // One or more null-ended strings, ended by an empty one. A single one is a file; else the first is a folder, and the others
 // are files in it, in their order.

@@ -55,7 +55,7 @@ INT_PTR CFileDialog::DoModal() {
   m_ofn.Flags |= OFN_EXPLORER | OFN_ENABLEHOOK;
   m_ofn.lCustData = reinterpret_cast<LPARAM>(this);
   m_ofn.lpfnHook = &CFileDialog::HookProcedure;
-  if (!m_ofn.hwndOwner) {
+  if (!m_ofn.hwndOwner && m_pParentWnd) {
     m_ofn.hwndOwner = FindOwner();
   }
   const HWND formerFocus = ::GetFocus();

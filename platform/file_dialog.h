@@ -1,8 +1,9 @@
 // CFileDialog: the system's open and save dialog with a hook and, on request, a template of controls of our own. The
 // object stands for the hook's child window (m_hWnd): its message map gets the messages of its own controls, WM_HELP
 // from anywhere in the dialog, and the Help button as WM_COMMAND ID_HELP. The system's dialog around it is GetParent().
-// Fill m_ofn before DoModal (template: SetTemplate). The names and file list are read from m_ofn afterwards. An
-// exception in a handler closes the dialog: DoModal returns -1.
+// Its owner is hwndOwner, or else the parent's top-level window. Without either it has none, unlike other dialogs, and no
+// window is disabled meanwhile. Fill m_ofn before DoModal (template: SetTemplate). The names and file list are read from
+// m_ofn afterwards. An exception in a handler closes the dialog: DoModal returns -1.
 #pragma once
 
 #include "platform/dialog.h"

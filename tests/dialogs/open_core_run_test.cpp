@@ -2,7 +2,6 @@
 // and that one run leaves nothing to the next.
 #include <windows.h>
 
-#include <cstdlib>
 #include <thread>
 #include <utility>
 
@@ -66,27 +65,6 @@ TEST_F(OpenRun, FillsTheCallersFileTitle) {
   EXPECT_STREQ(L"picture.bmp", title);
 }
 
-constexpr size_t kManyCharacters = 5'000'000;
-void* __cdecl RefuseLargeBlocks(size_t size) { return size > kManyCharacters ? nullptr : std::malloc(size); }
-
-TEST_F(OpenRun, SaysWhenThereIsNoMemoryForTheNames) {
-  SetLoadDpi(123, 321);
-  int marker = 0;
-  SetStatusCallback([](int32_t, void*) -> int32_t { return SUCCESS; }, &marker, nullptr, nullptr);
-  call.openFileName.nMaxFile = kManyCharacters;
-  {
-    const ImportPatch memory(L"zvfiledlg.dll", "malloc", &RefuseLargeBlocks);
-    EXPECT_EQ(ERROR_OUT_OF_MEMORY, Z_DlgOpen(parent.hwnd(), &call.openFileName, &call.params));
-  }
-  int32_t x = 0, y = 0;
-  GetLoadDpi(&x, &y);
-  EXPECT_EQ(123, x);
-  EXPECT_EQ(321, y);
-  void* userData = nullptr;
-  SetStatusCallback(nullptr, nullptr, nullptr, &userData);
-  EXPECT_EQ(&marker, userData);
-}
-
 TEST_F(OpenRun, PutsBackTheLoadSizesOfTheFormatsWithSeveral) {
   SetLoadSize(FMT_ICO, 48, 48);
   SetLoadSize(FMT_PCD, 384, 256);
@@ -147,7 +125,11 @@ class ExtensionListener {
   ExtensionListener& operator=(const ExtensionListener&) = delete;
   ~ExtensionListener() { ::SetWindowLongPtrW(dialog_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former)); }
 
-  inline static std::vector<std::wstring> told;
+  std::vector<std::wstring> ToldAtType(int row) const {
+    SelectCombo(dialog_, kShellTypeCombo, row);
+    WaitUntilAnswering(dialog_);
+    return std::exchange(told, {});
+  }
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -156,6 +138,7 @@ class ExtensionListener {
     }
     return ::CallWindowProcW(former, window, message, wParam, lParam);
   }
+  inline static std::vector<std::wstring> told;
   inline static WNDPROC former = nullptr;
   HWND dialog_;
 };
@@ -164,14 +147,25 @@ TEST_F(OpenRun, TakesTheDefaultExtensionFromTheChosenPatternAndKeepsItUnderAllFi
   call.openFileName.lpstrFilter = L"All\0*.*\0JPEG\0*.jpg;*.jpeg\0TIFF\0*.tif\0";
   Open([](HWND dialog) {
     const ExtensionListener listener(dialog);
-    const auto choose = [=](int type) {
-      SelectCombo(dialog, kShellTypeCombo, type);
-      WaitUntilAnswering(dialog);
-      return std::exchange(ExtensionListener::told, {});
-    };
-    EXPECT_EQ(std::vector<std::wstring>{L"jpg"}, choose(1));
-    EXPECT_EQ(std::vector<std::wstring>{}, choose(0));
-    EXPECT_EQ(std::vector<std::wstring>{L"tif"}, choose(2));
+    EXPECT_EQ(std::vector<std::wstring>{L"jpg"}, listener.ToldAtType(1));
+    EXPECT_EQ(std::vector<std::wstring>{}, listener.ToldAtType(0));
+    EXPECT_EQ(std::vector<std::wstring>{L"tif"}, listener.ToldAtType(2));
+    Cancel(dialog);
+  });
+}
+
+TEST_F(OpenRun, TakesTheDefaultExtensionFromTheShownRowBelowACustomFilterToo) {
+  wchar_t custom[100] = L"Last used\0*.tif\0";
+  call.openFileName.lpstrCustomFilter = custom;
+  call.openFileName.nMaxCustFilter = 100;
+  call.openFileName.lpstrFilter = L"All\0*.*\0JPEG\0*.jpg;*.jpeg\0PNG\0*.png\0";
+  call.openFileName.nFilterIndex = 1;
+  Open([](HWND dialog) {
+    const ExtensionListener listener(dialog);
+    EXPECT_EQ(std::vector<std::wstring>{L"jpg"}, listener.ToldAtType(2));
+    EXPECT_EQ(std::vector<std::wstring>{}, listener.ToldAtType(1));
+    EXPECT_EQ(std::vector<std::wstring>{L"png"}, listener.ToldAtType(3));
+    EXPECT_EQ(std::vector<std::wstring>{L"tif"}, listener.ToldAtType(0));
     Cancel(dialog);
   });
 }
@@ -277,23 +271,6 @@ TEST_F(OpenRun, RunsOnOneThreadAfterTheOther) {
     EXPECT_EQ(picture, call.params.files[0].fileName);
     call.FreeFiles();
   }
-}
-
-// --- Place ---
-
-TEST_F(OpenRun, StandsInTheMiddleOfTheScreenWithoutAnOwner) {
-  call.params.position = {3, 4};
-  std::thread([this] {
-    call.parent = nullptr;
-    Open([](HWND dialog) {
-      RECT frame, screen;
-      ::GetWindowRect(dialog, &frame);
-      ::GetWindowRect(::GetDesktopWindow(), &screen);
-      EXPECT_NEAR(screen.right, frame.left + frame.right, 1);
-      EXPECT_NEAR(screen.bottom, frame.top + frame.bottom, 1);
-      Cancel(dialog);
-    });
-  }).join();
 }
 
 // --- Settings ---

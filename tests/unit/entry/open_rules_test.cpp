@@ -96,19 +96,32 @@ TEST(SelectionBuffer, IsTheCallersLengthFrom260OnAndLargeBelow) {
 }
 
 TEST(DefaultExtensionOfAFilter, IsTheStartOfThePatternsFirst) {
-  const wchar_t filter[] = L"All\0*.*\0JPEG\0*.jpg;*.jpeg\0PS\0*.ps\0TIFF\0*.tiff\0";
-  EXPECT_EQ(L"jpg", DefaultExtension(filter, 2));
-  EXPECT_EQ(L"ps", DefaultExtension(filter, 3));
-  EXPECT_EQ(L"tif", DefaultExtension(filter, 4)) << "three characters at most";
+  const FileTypeRows rows = {L"All\0*.*\0JPEG\0*.jpg;*.jpeg\0PS\0*.ps\0TIFF\0*.tiff\0", nullptr, 4};
+  EXPECT_EQ(L"jpg", DefaultExtension(rows, 1));
+  EXPECT_EQ(L"ps", DefaultExtension(rows, 2));
+  EXPECT_EQ(L"tif", DefaultExtension(rows, 3)) << "three characters at most";
 }
 
 TEST(DefaultExtensionOfAFilter, StaysAsItIsForAllFilesAndWithoutAChoice) {
-  EXPECT_EQ(std::nullopt, DefaultExtension(L"All\0*.*\0", 1));
-  EXPECT_EQ(std::nullopt, DefaultExtension(L"JPEG\0*.jpg\0", 0));
-  EXPECT_EQ(std::nullopt, DefaultExtension(L"JPEG\0*.jpg\0", 2)) << "there is no such pair";
+  EXPECT_EQ(std::nullopt, DefaultExtension({L"All\0*.*\0", nullptr, 1}, 0));
+  EXPECT_EQ(std::nullopt, DefaultExtension({L"JPEG\0*.jpg\0", nullptr, 1}, -1));
+  EXPECT_EQ(std::nullopt, DefaultExtension({L"JPEG\0*.jpg\0", nullptr, 1}, 1)) << "there is no such row";
+  EXPECT_EQ(std::nullopt, DefaultExtension({L"JPEG\0*.jpg\0PNG\0", nullptr, 2}, 2)) << "nor behind a missing pattern";
 }
 
-TEST(DefaultExtensionOfAFilter, IsRemovedWithoutAFilter) { EXPECT_EQ(L"", DefaultExtension(nullptr, 1)); }
+TEST(DefaultExtensionOfAFilter, IsRemovedWithoutAFilter) { EXPECT_EQ(L"", DefaultExtension({nullptr, nullptr, 0}, 0)); }
+
+TEST(DefaultExtensionOfAFilter, IsThatOfTheCustomPairInTheFirstRowWhereThatPairIsShown) {
+  const wchar_t filter[] = L"All\0*.*\0JPEG\0*.jpg\0";
+  const wchar_t custom[] = L"Last used\0*.png\0";
+  const FileTypeRows shown = {filter, custom, 3};
+  EXPECT_EQ(L"png", DefaultExtension(shown, 0));
+  EXPECT_EQ(std::nullopt, DefaultExtension(shown, 1));
+  EXPECT_EQ(L"jpg", DefaultExtension(shown, 2));
+  const FileTypeRows leftOut = {filter, custom, 2};
+  EXPECT_EQ(std::nullopt, DefaultExtension(leftOut, 0));
+  EXPECT_EQ(L"jpg", DefaultExtension(leftOut, 1));
+}
 
 TEST(SelectionList, IsOneFileWhenItStandsAlone) {
   EXPECT_EQ((Paths{L"C:\\a\\b.jpg"}), ParseSelectionList(L"C:\\a\\b.jpg\0"));
