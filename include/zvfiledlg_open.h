@@ -139,7 +139,7 @@ typedef int32_t(ZV_CALL* OPENDLGSTATUSCALLBACK)(OPENDLGFILEDATA* file, int32_t o
 typedef struct tagOPENFILEDLGPARAMS {
   uint32_t uStructSize;    /*   0: 104, or 100 for the revision that ends before viewMode */
   OPENDLGFILEDATA* files;  /*   4: out: array of fileCount entries, a block of GlobalAlloc for the caller */
-  int32_t fileCount;       /*  12: out */
+  int32_t fileCount;       /*  12: out: number of entries; 0 whenever files comes back null */
   int32_t showPreview;     /*  16: in: the pane starts open; out: its state at OK */
   int32_t showLoadOptions; /*  20: in: the load options switch starts on; out: its state at OK */
   OPENDLGPREVIEWCALLBACK previewCallback; /*  24: may be null */

@@ -255,4 +255,15 @@ TEST_F(OpenTrouble, DrawingsAloneHaveInformationWhenOnlyDrawingsAreWanted) {
   EXPECT_EQ(FMT_EMF, Opened().format);
 }
 
+TEST_F(OpenTrouble, OkTakesAPictureAlsoWhenOnlyDrawingsAreWanted) {
+  call.params.flags |= DLG_OPEN_VECTOR_ONLY;
+  ASSERT_EQ(SUCCESS_DLG_OK, Open([](HWND dialog) {
+              ChooseFile(dialog, L"good.bmp");
+              Click(dialog, IDOK);
+            }));
+  ASSERT_EQ(1, call.params.fileCount);
+  EXPECT_EQ(good, Opened().fileName);
+  EXPECT_EQ(FMT_BMP, Opened().format);
+}
+
 }  // namespace

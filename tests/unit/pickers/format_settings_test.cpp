@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "services/zvdlgbase/zvdlgbase.h"
 #include "tests/support/import_patch.h"
 
@@ -214,6 +217,51 @@ TEST_F(DocumentSettings, OfAWorkbookAreSetForALoadAndPutBack) {
   }
   GetXLSLoadOptions(&now, sizeof(now));
   EXPECT_EQ(0, memcmp(&former, &now, sizeof(former)));
+}
+
+// What the file library is asked about the file.
+struct InfoQuestion {
+  std::wstring path;
+  FILEINFO* info;
+  uint32_t recordSize;
+  uint32_t flags;
+  const LOADFILEOPTION* option;
+};
+std::vector<InfoQuestion> questions;
+int32_t TakeQuestion(const ZVCHAR* path, FILEINFO* info, uint32_t recordSize, uint32_t flags,
+                     const LOADFILEOPTION* option) {
+  questions.push_back({path, info, recordSize, flags, option});
+  return SUCCESS;
+}
+
+TEST_F(DocumentSettings, AskAnewAboutAFileWhoseSizeTheyDecide) {
+  const ImportPatch ask(nullptr, "GetFileInfo", &TakeQuestion);
+  std::wcscpy(entry.fileName, L"C:\\document");
+  option.pageNumber = 3;
+  for (const int32_t format : {int32_t{FMT_WMF}, kPdfStandIn, kXpsStandIn, kXlsStandIn}) {
+    ::GlobalFree(entry.formatOptions);
+    NewRecord<void>(format);
+    questions.clear();
+    const FormatSettings settings(entry, option);
+    ASSERT_EQ(1u, questions.size()) << format;
+    EXPECT_EQ(L"C:\\document", questions[0].path);
+    EXPECT_EQ(&info, questions[0].info) << "the entry's own";
+    EXPECT_EQ(2212u, questions[0].recordSize);
+    EXPECT_EQ(0u, questions[0].flags);
+    EXPECT_EQ(&option, questions[0].option);
+  }
+}
+
+TEST_F(DocumentSettings, AskNothingAboutAnyOtherFile) {
+  const ImportPatch ask(nullptr, "GetFileInfo", &TakeQuestion);
+  questions.clear();
+  for (const int32_t format :
+       {kVectorViewFormat, kVectorBackgroundFormat, int32_t{FMT_HPGL}, int32_t{FMT_ICO}, int32_t{FMT_PNG}}) {
+    ::GlobalFree(entry.formatOptions);
+    NewRecord<void>(format);
+    const FormatSettings settings(entry, option);
+    EXPECT_TRUE(questions.empty()) << format;
+  }
 }
 
 // What the file library is told of fonts.

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "pickers/file_loader.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/pictures.h"
@@ -179,6 +178,7 @@ TEST_F(FilesOpened, TakeOverWhatAListEntryHolds) {
   list[0].fileInfo = info;
   list[0].formatOptions = options;
   list[0].pageNumber = 2;
+  list[0].passes = 5;
   OpenedFiles files;
   ASSERT_EQ(SUCCESS, files.Read(list, {}));
   files.HandOver(taken);
@@ -186,6 +186,7 @@ TEST_F(FilesOpened, TakeOverWhatAListEntryHolds) {
   EXPECT_EQ(options, taken.files[0].formatOptions);
   EXPECT_EQ(FMT_ICO, taken.files[0].format);
   EXPECT_EQ(2, taken.files[0].pageNumber);
+  EXPECT_EQ(5, taken.files[0].passes);
 }
 
 TEST_F(FilesOpened, KeepTheCountOfPagesThroughALoad) {
@@ -314,17 +315,5 @@ TEST_P(FilesStopped, AreNone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(StatusFunction, FilesStopped, ::testing::Values(100, ERROR_USER_ABORT));
-
-TEST(Thumbnail, KeepsTheShapeWithinItsSquare) {
-  const auto size = [](int32_t width, int32_t height) {
-    const ThumbnailSize result = ThumbnailSizeOf(width, height);
-    return std::make_pair(result.width, result.height);
-  };
-  EXPECT_EQ(std::make_pair(150, 150), size(600, 600));
-  EXPECT_EQ(std::make_pair(150, 75), size(4000, 2000));
-  EXPECT_EQ(std::make_pair(100, 150), size(2000, 3000));
-  EXPECT_EQ(std::make_pair(150, 1), size(100'000, 10)) << "never without a row";
-  EXPECT_EQ(std::make_pair(1, 150), size(10, 100'000));
-}
 
 }  // namespace

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
+#include "services/zvfile/zvfile.h"
 #include "tests/support/dialog_driver.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/pictures.h"
 
 namespace {
@@ -60,6 +65,36 @@ TEST_F(PageProbe, PutsBackTheRedirectionOfTheProcess) {
   EXPECT_EQ(&first, after[0]);
   EXPECT_EQ(&second, after[1]);
   SetLoadRedirect(nullptr, nullptr);
+}
+
+// The redirection in force at each question to the file library.
+std::vector<std::pair<void*, void*>> redirections;
+int32_t NoteRedirection(const ZVCHAR* path, FILEINFO* info, uint32_t recordSize, uint32_t flags,
+                        const LOADFILEOPTION* option) {
+  auto& [first, second] = redirections.emplace_back();
+  GetLoadRedirect(&first, &second);
+  const auto ask = reinterpret_cast<decltype(&GetFileInfo)>(
+      reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"zvfile.dll"), "GetFileInfo")));
+  return ask(path, info, recordSize, flags, option);
+}
+
+TEST_F(PageProbe, AsksWithoutTheRedirectionOfTheProcess) {
+  int first = 0, second = 0;
+  SetLoadRedirect(&first, &second);
+  redirections.clear();
+  {
+    const ImportPatch info(nullptr, "GetFileInfo", &NoteRedirection);
+    EXPECT_TRUE(IsMultiPage(pages.c_str()));
+    int32_t page = 0;
+    EXPECT_TRUE(ProbePage(pages.c_str(), 3, &page));
+    EXPECT_FALSE(ProbePage(pages.c_str(), 4, &page));
+  }
+  SetLoadRedirect(nullptr, nullptr);
+  ASSERT_GE(redirections.size(), 3u);
+  for (const auto& [firstMeanwhile, secondMeanwhile] : redirections) {
+    EXPECT_EQ(nullptr, firstMeanwhile);
+    EXPECT_EQ(nullptr, secondMeanwhile);
+  }
 }
 
 }  // namespace
