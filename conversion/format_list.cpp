@@ -38,6 +38,13 @@ void SelectItemOrFirst(CComboBox& box, int32_t data) {
 
 int32_t SelectedData(const CComboBox& box) { return static_cast<int32_t>(box.GetItemData(box.GetCurSel())); }
 
+// 0 for a file format without a quality.
+int32_t DefaultQuality(int32_t fileFormat) {
+  int32_t quality = 0;
+  ::GetFormatDefaultQFactor(fileFormat, &quality);
+  return quality;
+}
+
 const FILECONVERSIONBPP* FindDepth(const FILECONVERSIONFORMAT* restriction, int32_t bitsPerPixel) {
   for (int32_t i = 0; restriction && i < restriction->bppCount; ++i) {
     if (restriction->bpps[i].bitsPerPixel == bitsPerPixel) {
@@ -97,6 +104,7 @@ bool CZVFormatList::AddRow(const FORMATINFO& info, const FILECONVERSIONFORMAT* r
   row->item.format = info.format;
   ::GetDefaultSaveFileOption(&row->item.saveOption, sizeof row->item.saveOption);
   ::GetDefaultJ2KOptions(&row->item.j2kOption, sizeof row->item.j2kOption);
+  row->item.qFactor = DefaultQuality(info.fileFormat);
   row->item.subtype = 1;
   ApplyDepth(*row, info.defaultBitsPerPixel);
   const int index = controls_.formats->AddString(name);
@@ -140,14 +148,15 @@ CZVFormatList::Row* CZVFormatList::ChosenRow() {
 }
 
 void CZVFormatList::DisableChoice() {
-  controls_.depths->ResetContent();
-  controls_.subtypes->ResetContent();
   EnableKeepingFocus(*controls_.depths, false);
   EnableKeepingFocus(*controls_.subtypes, false);
   EnableKeepingFocus(*controls_.settings, false);
 }
 
+// A row whose depth the catalogue does not know still shows what depths were given for it.
 void CZVFormatList::OnRowsChanged() {
+  controls_.depths->ResetContent();
+  controls_.subtypes->ResetContent();
   Row* const row = ChosenRow();
   if (!row || !FillDepths(*row)) {
     DisableChoice();
@@ -178,7 +187,6 @@ void CZVFormatList::OnSubtypeChanged() {
 
 bool CZVFormatList::FillDepths(Row& row) {
   CComboBox& box = *controls_.depths;
-  box.ResetContent();
   const auto add = [&box](int32_t depth) {
     CString text(L" ");
     if (depth != 0) {
@@ -208,13 +216,15 @@ bool CZVFormatList::FillDepths(Row& row) {
   return ApplyDepth(row, SelectedData(box));
 }
 
-// A depth without sub types saves in the format's own file format; one with them leaves that to the sub type.
+// A depth without sub types saves in the format's own file format; one with them leaves that to the sub type. The quality
+// belongs to the row and outlives a change of depth, unless one of the two depths has a fixed one.
 bool CZVFormatList::ApplyDepth(Row& row, int32_t bitsPerPixel) {
   FORMATBPPINFO info = EmptyRecord<FORMATBPPINFO>();
   if (::GetFormatBppInfo(row.item.format, bitsPerPixel, &info) != SUCCESS) {
     return false;
   }
   CONVERSIONFORMATITEM& item = row.item;
+  const uint32_t formerFlags = item.settingsFlags;
   item.bitsPerPixel = info.bitsPerPixel;
   item.settingsFlags = info.optionFlags;
   if (info.subtypeCount > 0) {
@@ -224,12 +234,12 @@ bool CZVFormatList::ApplyDepth(Row& row, int32_t bitsPerPixel) {
     item.subtype = 1;
     return ApplySubtype(item);
   }
-  int32_t quality = 0;
-  ::GetFormatDefaultQFactor(row.info.fileFormat, &quality);
   item.subtype = -1;
   item.fileFormat = row.info.fileFormat;
   item.extensionStringId = info.extensionStringId;
-  item.qFactor = StartQuality(item.settingsFlags, quality);
+  if ((formerFlags | item.settingsFlags) & SAVEOPT_QFACTOR_ZERO) {
+    item.qFactor = StartQuality(item.settingsFlags, DefaultQuality(row.info.fileFormat));
+  }
   return true;
 }
 
@@ -287,9 +297,7 @@ bool CZVFormatList::ApplySubtype(CONVERSIONFORMATITEM& item) {
   item.extensionStringId = info.extensionStringId;
   item.settingsFlags = info.optionFlags;
   ApplyVariantFlags(item);
-  int32_t quality = 0;
-  ::GetFormatDefaultQFactor(item.fileFormat, &quality);
-  item.qFactor = StartQuality(item.settingsFlags, quality);
+  item.qFactor = StartQuality(item.settingsFlags, DefaultQuality(item.fileFormat));
   return true;
 }
 

@@ -11,5 +11,5 @@ bool IsSettingsButtonEnabled(uint32_t settingsFlags, uint32_t uiFlags);
 // Puts the flags into the item's save options that tell its file format's variants apart.
 void ApplyVariantFlags(CONVERSIONFORMATITEM& item);
 
-// The quality that a newly chosen depth or sub type starts with. formatDefault is what the catalogue gives, 0 if nothing.
+// The quality that a row or a newly chosen sub type starts with. formatDefault is what the catalogue gives, 0 if nothing.
 int32_t StartQuality(uint32_t settingsFlags, int32_t formatDefault);

@@ -103,10 +103,30 @@ TEST_F(ConversionFormats, GivenDepthsAndSubtypesRestrictTheBoxes) {
   offered[0].bppCount = 2;
   RunAndClose([](HWND dialog) {
     EXPECT_EQ((std::vector<std::wstring>{L"24", L"8"}), Items(dialog, IDC_CONV_BPP));
-    for (const std::wstring& item : Items(dialog, IDC_CONV_SUBTYPE)) {
-      EXPECT_FALSE(item.empty());
-    }
-    EXPECT_LT(ComboCount(dialog, IDC_CONV_SUBTYPE), 3);
+    EXPECT_EQ((std::vector<std::wstring>{L"YUV 4:4:4", L"YUV 4:2:0"}), Items(dialog, IDC_CONV_SUBTYPE));
+    SelectCombo(dialog, IDC_CONV_BPP, 1);
+    EXPECT_EQ(1, ComboCount(dialog, IDC_CONV_SUBTYPE)) << "no mask, no restriction";
+  });
+}
+
+TEST_F(ConversionFormats, ADepthThatTheFormatLacksIsShownAndDisablesTheBoxes) {
+  const FILECONVERSIONBPP depths[] = {{0, 77, 0}, {0, 78, 0}};
+  Offer({kPng, kTiff});
+  offered[0].bpps = depths;
+  offered[0].bppCount = 2;
+  RunAndClose([](HWND dialog) {
+    const auto expectRefused = [dialog] {
+      EXPECT_EQ((std::vector<std::wstring>{L"77", L"78"}), Items(dialog, IDC_CONV_BPP));
+      EXPECT_EQ(0, ComboCount(dialog, IDC_CONV_SUBTYPE));
+      for (const int id : {IDC_CONV_BPP, IDC_CONV_SUBTYPE, IDB_CONV_SETTINGS}) {
+        EXPECT_FALSE(IsEnabled(dialog, id)) << id;
+      }
+    };
+    expectRefused();
+    Choose(dialog, {1});
+    EXPECT_TRUE(IsEnabled(dialog, IDC_CONV_SUBTYPE));
+    Choose(dialog, {0});
+    expectRefused();
   });
 }
 
