@@ -28,6 +28,7 @@ BEGIN_MESSAGE_MAP(CZVFileConversionDlg, CZVBaseDialog)
   ON_EN_CHANGE(IDE_CONV_PAGE, OnPageChanged)
   ON_CONTROL(ZVEN_VALUECOMMITTED, IDE_CONV_PAGE, OnPageCommitted)
   ON_MESSAGE(kPreviewFailedMessage, OnPreviewFailed)
+  ON_MESSAGE(kSelectionReducedMessage, OnSelectionReduced)
   ON_LBN_SELCHANGE(IDL_CONV_FORMATS, OnFormatRowsChanged)
   ON_CBN_SELCHANGE(IDC_CONV_BPP, OnDepthChanged)
   ON_CBN_SELCHANGE(IDC_CONV_SUBTYPE, OnSubtypeChanged)
@@ -64,10 +65,10 @@ int32_t CZVFileConversionDlg::Initialize(const FILECONVERSIONDLGPARAMS& params) 
   destinationFolder_ = PathOrRoot(params.destinationFolder);
   sourceFolder_ = PathOrRoot(params.sourceFolder);
   overwriteMode_ = params.overwriteMode;
-  deleteSource_ = params.deleteSource != 0;
-  fullPath_ = params.fullPath != 0;
-  logReport_ = params.logReport != 0;
-  useOriginalFolder_ = params.useOriginalFolder != 0;
+  deleteSource_ = params.deleteSource;
+  fullPath_ = params.fullPath;
+  logReport_ = params.logReport;
+  useOriginalFolder_ = params.useOriginalFolder;
   uiFlags_ = params.uiFlags;
   return SUCCESS;
 }
@@ -138,9 +139,9 @@ BOOL CZVFileConversionDlg::OnInitDialog() {
   if (!AddGivenFiles() || !FillFormatList()) {
     return RefuseToStart();
   }
-  CheckDlgButton(IDX_CONV_DELETE_SOURCE, deleteSource_);
-  CheckDlgButton(IDX_CONV_FULL_PATH, fullPath_);
-  CheckDlgButton(IDX_CONV_LOG_REPORT, logReport_);
+  CheckDlgButton(IDX_CONV_DELETE_SOURCE, deleteSource_ != 0);
+  CheckDlgButton(IDX_CONV_FULL_PATH, fullPath_ != 0);
+  CheckDlgButton(IDX_CONV_LOG_REPORT, logReport_ != 0);
   folderEdit_.SetWindowText(destinationFolder_);
   ApplyUiFlags();
   files_.SetFocus();

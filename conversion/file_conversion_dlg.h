@@ -20,6 +20,8 @@
 
 // Posted by the dialog to itself: the preview failed while a list notification was being handled.
 inline constexpr UINT kPreviewFailedMessage = WM_APP + 1;
+// The same: the list took its selection back to one row, which may be on its way to another one.
+inline constexpr UINT kSelectionReducedMessage = WM_APP + 2;
 
 class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
  public:
@@ -72,6 +74,9 @@ class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
   void OnRemove();
   void OnSelectAll();
   void OnFileListChanged(NMHDR* header, LRESULT* result);
+  LRESULT OnSelectionReduced(WPARAM, LPARAM);
+  void FollowSelection();
+  bool ShowsSelection();
   void OnFileListKey(NMHDR* header, LRESULT* result);
   void OnFullPath();
   bool AddFileRow(const CString& path, int32_t pageTotal);
@@ -96,11 +101,14 @@ class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
   void OnPageCommitted();
   void UpdatePageControls();
   void ShowPage(int page);
+  int EnteredPage() const;
   void ApplyPageNavigation();
   void DisablePageControls();
   void UpdatePreview();
   void ClearPreview();
+  void NotePreviewFailure(const CString& path);
   LRESULT OnPreviewFailed(WPARAM, LPARAM);
+  void RemoveUnshowable(const CString& path);
 
   // Formats, destination, overwriting (file_conversion_dlg_output.cpp).
   void OnFormatRowsChanged() { formatList_.OnRowsChanged(); }
@@ -150,10 +158,10 @@ class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
   uint32_t uiFlags_ = 0;
   int32_t overwriteMode_ = OVERWRITE_ASK;
   int32_t result_ = SUCCESS;
-  bool deleteSource_ = false;
-  bool fullPath_ = true;
-  bool logReport_ = true;
-  bool useOriginalFolder_ = false;
+  int32_t deleteSource_ = 0;  // these four as the record has them, until the user changes them
+  int32_t fullPath_ = 1;
+  int32_t logReport_ = 1;
+  int32_t useOriginalFolder_ = 0;
   CONVERSIONROTATEOPTIONS rotateOptions_;
   CONVERSIONRESIZEOPTIONS resizeOptions_;
 
@@ -161,9 +169,10 @@ class CZVFileConversionDlg : public CZVBaseDialog, private CZVConversionHost {
   CWnd* progressDlg_ = nullptr;  // while a run is going on
   CZVFormatList formatList_;
   CZVPageNavigation pages_;
-  CString failedPreviewPath_;  // a message about it is on its way
-  bool changingList_ = false;  // the list changes under program control: its notifications say nothing new
-  bool settingPage_ = false;   // the same for the page edit
+  CString shownPath_;            // whose picture stands in the preview; empty without one
+  CStringArray failedPreviews_;  // files to tell the user of; while there are any, a message is on its way
+  bool changingList_ = false;    // the list changes under program control: its notifications say nothing new
+  bool settingPage_ = false;     // the same for the page edit
 
   // Controls.
   CListCtrl files_;

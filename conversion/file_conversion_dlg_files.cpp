@@ -152,8 +152,7 @@ void CZVFileConversionDlg::OnFilesAdded() {
   changingList_ = true;
   fileList_.SelectItem(0);
   changingList_ = false;
-  UpdatePageControls();
-  UpdatePreview();
+  FollowSelection();
   EnableFileControls(true);
   files_.SetFocus();
 }
@@ -203,11 +202,12 @@ void CZVFileConversionDlg::OnListEmptied() {
 }
 
 void CZVFileConversionDlg::OnSelectAll() {
+  const UINT formerCount = files_.GetSelectedCount();
   changingList_ = true;
   files_.SetItemState(-1, LVIS_SELECTED, LVIS_SELECTED);
   changingList_ = false;
-  if (files_.GetSelectedCount() >= 2) {
-    DisablePageControls();
+  if (files_.GetSelectedCount() != formerCount) {
+    FollowSelection();
   }
   ClearPreview();
   EnableFileControl(IDB_CONV_FILE_INFO, false);
@@ -224,23 +224,46 @@ void CZVFileConversionDlg::OnFileListChanged(NMHDR* header, LRESULT*) {
   }
   const bool wasSelected = change.uOldState & LVIS_SELECTED;
   const bool isSelected = change.uNewState & LVIS_SELECTED;
-  if (isSelected && !wasSelected) {
+  if (isSelected) {
     EnableFileControl(IDB_CONV_REMOVE, true);
     EnableFileControl(IDB_CONV_SELECT_ALL, true);
-    const bool single = files_.GetSelectedCount() < 2;
-    EnableFileControl(IDB_CONV_FILE_INFO, single);
-    if (single) {
-      UpdatePageControls();
-      UpdatePreview();
-    } else {
-      DisablePageControls();
-      ClearPreview();
+    if (!ShowsSelection()) {
+      FollowSelection();
     }
     EnableFileControl(IDB_CONV_CONVERT, true);
     EnableFileControl(IDB_CONV_PAGE_OPTIONS, true);
-  } else if (wasSelected && !isSelected && files_.GetSelectedCount() == 0) {
+  } else if (wasSelected && files_.GetSelectedCount() == 0) {
     OnNothingSelected();
+  } else if (wasSelected && files_.GetSelectedCount() == 1) {
+    PostMessage(kSelectionReducedMessage);
   }
+}
+
+// The row that stayed selected reports nothing when it has the focus already.
+LRESULT CZVFileConversionDlg::OnSelectionReduced(WPARAM, LPARAM) {
+  if (files_.GetSelectedCount() == 1 && !ShowsSelection()) {
+    FollowSelection();
+  }
+  return 0;
+}
+
+// One chosen file shows its pages; several show nothing.
+void CZVFileConversionDlg::FollowSelection() {
+  const bool single = files_.GetSelectedCount() < 2;
+  EnableFileControl(IDB_CONV_FILE_INFO, single);
+  if (single) {
+    UpdatePageControls();
+    UpdatePreview();
+  } else {
+    DisablePageControls();
+    ClearPreview();
+  }
+}
+
+// A list reports one step of the user in several notifications: the picture is loaded for the first of them.
+bool CZVFileConversionDlg::ShowsSelection() {
+  return files_.GetSelectedCount() == 1 && !shownPath_.IsEmpty() &&
+         shownPath_ == fileList_.GetPath(fileList_.GetFirstSelected());
 }
 
 void CZVFileConversionDlg::OnNothingSelected() {

@@ -13,13 +13,16 @@ void CZVFileConversionDlg::ApplyFolderChoice() {
   EnableKeepingFocus(::GetDlgItem(m_hWnd, IDB_CONV_BROWSE), !useOriginalFolder_);
 }
 
+// The chosen radio reports a click also when it merely gets the focus.
 void CZVFileConversionDlg::OnOriginalFolder() {
-  useOriginalFolder_ = true;
-  ApplyFolderChoice();
+  if (!useOriginalFolder_) {
+    useOriginalFolder_ = 1;
+    ApplyFolderChoice();
+  }
 }
 
 void CZVFileConversionDlg::OnGivenFolder() {
-  useOriginalFolder_ = false;
+  useOriginalFolder_ = 0;
   ApplyFolderChoice();
 }
 

@@ -1,4 +1,7 @@
 // The preview of the conversion dialog and its page controls.
+#include <algorithm>
+#include <limits>
+
 #include "conversion/control_state.h"
 #include "conversion/file_conversion_dlg.h"
 #include "platform/afx.h"
@@ -23,6 +26,12 @@ void CZVFileConversionDlg::ShowPage(int page) {
   settingPage_ = false;
 }
 
+// A number as long as the edit lets it be, brought within what an int and its neighbours can hold.
+int CZVFileConversionDlg::EnteredPage() const {
+  constexpr double kHighest = std::numeric_limits<int>::max() - 1;
+  return static_cast<int>(std::clamp(pageEdit_.GetValue(), 0.0, kHighest));
+}
+
 void CZVFileConversionDlg::ApplyPageNavigation() {
   EnableKeepingFocus(pageEdit_, pages_.EditEnabled());
   EnableKeepingFocus(::GetDlgItem(m_hWnd, IDB_CONV_PAGE_BACK), pages_.BackEnabled());
@@ -36,13 +45,13 @@ void CZVFileConversionDlg::DisablePageControls() {
 }
 
 void CZVFileConversionDlg::OnPageBack() {
-  ShowPage(pages_.Clamp(static_cast<int>(pageEdit_.GetValue()) - 1));
+  ShowPage(pages_.Clamp(EnteredPage() - 1));
   ApplyPageNavigation();
   UpdatePreview();
 }
 
 void CZVFileConversionDlg::OnPageForward() {
-  ShowPage(pages_.Clamp(static_cast<int>(pageEdit_.GetValue()) + 1));
+  ShowPage(pages_.Clamp(EnteredPage() + 1));
   ApplyPageNavigation();
   UpdatePreview();
 }
@@ -51,7 +60,7 @@ void CZVFileConversionDlg::OnPageChanged() {
   if (settingPage_ || !pages_.EditEnabled()) {
     return;
   }
-  pages_.Entered(static_cast<int>(pageEdit_.GetValue()));
+  pages_.Entered(EnteredPage());
   ApplyPageNavigation();
   UpdatePreview();
 }
@@ -61,7 +70,7 @@ void CZVFileConversionDlg::OnPageCommitted() {
   if (!pages_.EditEnabled()) {
     return;
   }
-  const int entered = static_cast<int>(pageEdit_.GetValue());
+  const int entered = EnteredPage();
   const int page = pages_.Clamp(entered);
   if (page == entered) {
     return;
@@ -71,13 +80,13 @@ void CZVFileConversionDlg::OnPageCommitted() {
   UpdatePreview();
 }
 
-// Without a preview pane nothing is loaded.
+// The picture is loaded even when its pane is hidden: a file that cannot be shown is to leave the list either way.
 void CZVFileConversionDlg::UpdatePreview() {
   const std::vector<int> rows = GetSelectedFileRows();
-  if (rows.size() != 1 || !(uiFlags_ & CONVDLG_SHOW_PREVIEW)) {
+  if (rows.size() != 1) {
     return;
   }
-  const int page = static_cast<int>(pageEdit_.GetValue());
+  const int page = EnteredPage();
   if (!pages_.IsShowable(page)) {
     ClearPreview();
     return;
@@ -90,22 +99,42 @@ void CZVFileConversionDlg::UpdatePreview() {
   CZVBitmap picture;
   if (picture.Read(path, page, 0, &option) == SUCCESS) {
     viewer_.SetBitmap(std::move(picture));
+    shownPath_ = path;
     return;
   }
   ClearPreview();
-  // The list is in the middle of a notification about this very row: it is removed when that is over.
-  failedPreviewPath_ = path;
-  PostMessage(kPreviewFailedMessage);
+  NotePreviewFailure(path);
 }
 
-void CZVFileConversionDlg::ClearPreview() { viewer_.Clear(); }
+void CZVFileConversionDlg::ClearPreview() {
+  viewer_.Clear();
+  shownPath_.Empty();
+}
 
-LRESULT CZVFileConversionDlg::OnPreviewFailed(WPARAM, LPARAM) {
-  if (failedPreviewPath_.IsEmpty()) {
-    return 0;
+// The list is in the middle of a notification about this very row: it is removed when that is over.
+void CZVFileConversionDlg::NotePreviewFailure(const CString& path) {
+  for (int i = 0; i < failedPreviews_.GetSize(); ++i) {
+    if (failedPreviews_[i] == path) {
+      return;
+    }
   }
-  const CString path = failedPreviewPath_;
-  failedPreviewPath_.Empty();
+  failedPreviews_.Add(path);
+  if (failedPreviews_.GetSize() == 1) {
+    PostMessage(kPreviewFailedMessage);
+  }
+}
+
+// A path stays in the array while its message stands, so that another failure waits for its turn.
+LRESULT CZVFileConversionDlg::OnPreviewFailed(WPARAM, LPARAM) {
+  while (m_hWnd && !failedPreviews_.IsEmpty()) {
+    const CString path = failedPreviews_[0];
+    RemoveUnshowable(path);
+    failedPreviews_.RemoveAt(0);
+  }
+  return 0;
+}
+
+void CZVFileConversionDlg::RemoveUnshowable(const CString& path) {
   CString message;
   message.Format(GetDlgString(IDS_CONV_PREVIEW_FAILED_TEXT), path);
   MessageBox(message, GetDlgString(IDS_CONV_PREVIEW_FAILED_CAPTION), MB_OK | MB_ICONWARNING);
@@ -122,5 +151,4 @@ LRESULT CZVFileConversionDlg::OnPreviewFailed(WPARAM, LPARAM) {
   } else if (files_.GetSelectedCount() == 0) {
     OnNothingSelected();
   }
-  return 0;
 }

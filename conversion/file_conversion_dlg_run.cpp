@@ -39,8 +39,8 @@ void CZVFileConversionDlg::OnConvert() {
 void CZVFileConversionDlg::RunQueue(CONVERSIONRUNDATA& data) {
   ConversionSettings settings;
   settings.overwriteMode = overwriteMode_;
-  settings.deleteSource = deleteSource_;
-  settings.useOriginalFolder = useOriginalFolder_;
+  settings.deleteSource = deleteSource_ != 0;
+  settings.useOriginalFolder = useOriginalFolder_ != 0;
   settings.rotate = rotateOptions_;
   settings.resize = resizeOptions_;
   CZVConversionRun run(*this, settings);

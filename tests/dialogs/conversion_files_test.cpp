@@ -47,6 +47,51 @@ class ConversionFiles : public ConversionDialog {
     }
     return false;
   }
+  // Cuts a PNG off in the middle of its pixels: it still tells its size.
+  static void Damage(const std::wstring& path) {
+    const HANDLE file =
+        ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, file);
+    ::SetFilePointer(file, 60, nullptr, FILE_BEGIN);
+    ::SetEndOfFile(file);
+    ::CloseHandle(file);
+  }
+  // The message that a file could not be shown; closes it.
+  static void ExpectRefusal(const std::wstring& path) {
+    const HWND box = WaitForMessageBox();
+    EXPECT_NE(std::wstring::npos, TextOf(box, 65535).find(path));
+    Dismiss(box);
+  }
+  static void ClickRow(HWND dialog, int row) {
+    const HWND list = Control(dialog, IDL_CONV_FILES);
+    RECT place = {LVIR_LABEL, 0, 0, 0};
+    ::SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+    const LPARAM point = MAKELPARAM(place.left + 5, (place.top + place.bottom) / 2);
+    ::PostMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
+    ::PostMessageW(list, WM_LBUTTONUP, 0, point);
+  }
+  static void FocusRow(HWND dialog, int row) {
+    LVITEMW item = {};
+    item.state = item.stateMask = LVIS_FOCUSED;
+    ::SendMessageW(Control(dialog, IDL_CONV_FILES), LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                   reinterpret_cast<LPARAM>(&item));
+  }
+  static void ExpectPageControls(HWND dialog, bool enabled) {
+    EXPECT_EQ(enabled, IsEnabled(dialog, IDE_CONV_PAGE));
+    EXPECT_EQ(enabled, IsEnabled(dialog, IDB_CONV_PAGE_FORWARD));
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_PAGE_BACK)) << "on the first page";
+  }
+  // Types into the page edit as a user does, and leaves it.
+  static void EnterPage(HWND dialog, const std::wstring& page) {
+    const HWND edit = Control(dialog, IDE_CONV_PAGE);
+    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
+    ::SendMessageW(edit, EM_SETSEL, 0, -1);
+    for (const wchar_t digit : page) {
+      ::SendMessageW(edit, WM_CHAR, digit, 0);
+    }
+    EXPECT_EQ(page, TextOf(dialog, IDE_CONV_PAGE));
+    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(dialog, IDL_CONV_FILES)), TRUE);
+  }
   static void WaitForPicture(HWND dialog, bool there) {
     WaitUntil([=] { return HasPicture(dialog) == there; }, there ? "a picture in the preview" : "an empty preview");
   }
@@ -65,6 +110,55 @@ TEST_F(ConversionFiles, TwoChosenFilesClearThePreview) {
     Choose(dialog, {1});
     WaitForPicture(dialog, true);
     EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+  });
+}
+
+TEST_F(ConversionFiles, AClickOnOneOfTwoChosenFilesShowsItAgain) {
+  AddPicture(L"1.bmp");
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    for (const char* const focus : {"the focus on the other row", "the focus on this row"}) {
+      SCOPED_TRACE(focus);
+      Choose(dialog, {0, 1});
+      WaitForPicture(dialog, false);
+      ExpectPageControls(dialog, false);
+      ClickRow(dialog, 1);
+      WaitUntil([=] { return Chosen(dialog) == std::vector<int>{1}; }, "one row chosen");
+      WaitForPicture(dialog, true);
+      ExpectPageControls(dialog, true);
+      EXPECT_EQ(L"1/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+      EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+    }
+  });
+}
+
+TEST_F(ConversionFiles, AnArrowKeyToOneOfTwoChosenFilesShowsItAgain) {
+  AddFourPages();
+  AddPicture(L"2.bmp");
+  RunAndClose([](HWND dialog) {
+    Choose(dialog, {0, 1});
+    FocusRow(dialog, 1);
+    WaitForPicture(dialog, false);
+    PressKey(dialog, VK_UP);
+    WaitUntil([=] { return Chosen(dialog) == std::vector<int>{0}; }, "one row chosen");
+    WaitForPicture(dialog, true);
+    ExpectPageControls(dialog, true);
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+  });
+}
+
+TEST_F(ConversionFiles, TheShownPageStaysWhileTheFocusAloneMoves) {
+  AddFourPages();
+  AddPicture(L"2.bmp");
+  RunAndClose([](HWND dialog) {
+    Click(dialog, IDB_CONV_PAGE_FORWARD);
+    WaitUntil([=] { return TextOf(dialog, IDT_CONV_PAGE_OF) == L"2/4"; }, "the next page");
+    FocusRow(dialog, 1);
+    EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
+    EXPECT_EQ(L"2/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+    FocusRow(dialog, 0);
+    EXPECT_EQ(L"2", TextOf(dialog, IDE_CONV_PAGE));
+    WaitForPicture(dialog, true);
   });
 }
 
@@ -91,6 +185,21 @@ TEST_F(ConversionFiles, SelectAllChoosesEveryRow) {
     WaitForPicture(dialog, false);
     EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
     EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+  });
+}
+
+TEST_F(ConversionFiles, SelectAllOfOneFileKeepsItsPageControlsAndClearsThePreview) {
+  AddFourPages();
+  RunAndClose([](HWND dialog) {
+    Choose(dialog, {});
+    ExpectPageControls(dialog, false);
+    Click(dialog, IDB_CONV_SELECT_ALL);
+    WaitUntil([=] { return Chosen(dialog) == std::vector<int>{0}; }, "the row chosen");
+    WaitForPicture(dialog, false);
+    ExpectPageControls(dialog, true);
+    EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+    Click(dialog, IDB_CONV_PAGE_FORWARD);
+    WaitForPicture(dialog, true);
   });
 }
 
@@ -208,15 +317,14 @@ TEST_F(ConversionFiles, ATypedPageOutsideTheFileClearsThePreviewAndBothButtons) 
 TEST_F(ConversionFiles, LeavingThePageEditBringsTheNumberBackIntoTheFile) {
   AddFourPages();
   RunAndClose([](HWND dialog) {
-    const HWND edit = Control(dialog, IDE_CONV_PAGE);
-    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
-    ::SendMessageW(edit, EM_SETSEL, 0, -1);
-    ::SendMessageW(edit, WM_CHAR, L'9', 0);
-    EXPECT_EQ(L"9", TextOf(dialog, IDE_CONV_PAGE));
-    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(dialog, IDL_CONV_FILES)), TRUE);
-    WaitUntil([=] { return TextOf(dialog, IDE_CONV_PAGE) == L"4"; }, "the last page in the edit");
-    EXPECT_EQ(L"4/4", TextOf(dialog, IDT_CONV_PAGE_OF));
-    WaitForPicture(dialog, true);
+    for (const wchar_t* page : {L"9", L"2147483647", L"2147483648", L"9999999999999999999999"}) {
+      EnterPage(dialog, page);
+      WaitUntil([=] { return TextOf(dialog, IDE_CONV_PAGE) == L"4"; }, "the last page in the edit");
+      EXPECT_EQ(L"4/4", TextOf(dialog, IDT_CONV_PAGE_OF));
+      WaitForPicture(dialog, true);
+      EnterPage(dialog, L"0");
+      WaitUntil([=] { return TextOf(dialog, IDE_CONV_PAGE) == L"1"; }, "the first page in the edit");
+    }
   });
 }
 
@@ -249,20 +357,59 @@ TEST_F(ConversionFiles, AFileThatCannotBeShownLeavesTheListWithAMessage) {
   AddPicture(L"1.bmp");
   const std::wstring broken = AddPicture(L"2.png", {400, 300, FMT_PNG});
   RunAndClose([&](HWND dialog) {
-    const HANDLE file =
-        ::CreateFileW(broken.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(INVALID_HANDLE_VALUE, file);
-    ::SetFilePointer(file, 60, nullptr, FILE_BEGIN);
-    ::SetEndOfFile(file);
-    ::CloseHandle(file);
+    Damage(broken);
     Choose(dialog, {1});
-    const HWND box = WaitForMessageBox();
-    EXPECT_NE(std::wstring::npos, TextOf(box, 65535).find(broken));
-    Dismiss(box);
+    ExpectRefusal(broken);
     WaitUntil([=] { return Rows(dialog) == 1; }, "the row is gone");
     WaitForPicture(dialog, false);
     EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_CONVERT));
     EXPECT_EQ(L"1.bmp", Row(dialog, 0));
+  });
+}
+
+TEST_F(ConversionFiles, AFileThatCannotBeShownLeavesTheListWithoutAPreviewPaneToo) {
+  params.uiFlags &= ~CONVDLG_SHOW_PREVIEW;
+  AddPicture(L"1.bmp");
+  const std::wstring broken = AddPicture(L"2.png", {400, 300, FMT_PNG});
+  RunAndClose([&](HWND dialog) {
+    Damage(broken);
+    Choose(dialog, {1});
+    ExpectRefusal(broken);
+    WaitUntil([=] { return Rows(dialog) == 1; }, "the row is gone");
+    EXPECT_EQ(L"1.bmp", Row(dialog, 0));
+  });
+}
+
+// Chooses row 1 and then row 2 before the dialog can handle what it posted to itself over the first.
+constexpr UINT kChooseTwiceMessage = WM_APP + 100;
+WNDPROC dialogProcedure = nullptr;
+LRESULT CALLBACK ChooseTwice(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == kChooseTwiceMessage) {
+    SelectListViewRows(dialog, IDL_CONV_FILES, {1});
+    SelectListViewRows(dialog, IDL_CONV_FILES, {2});
+    return 0;
+  }
+  return ::CallWindowProcW(dialogProcedure, dialog, message, wParam, lParam);
+}
+
+TEST_F(ConversionFiles, EveryFileThatCannotBeShownIsToldAndRemoved) {
+  AddPicture(L"1.bmp");
+  const std::vector<std::wstring> broken = {AddPicture(L"2.png", {400, 300, FMT_PNG}),
+                                            AddPicture(L"3.png", {400, 300, FMT_PNG})};
+  RunAndClose([&](HWND dialog) {
+    for (const std::wstring& path : broken) {
+      Damage(path);
+    }
+    dialogProcedure =
+        reinterpret_cast<WNDPROC>(::SetWindowLongPtrW(dialog, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ChooseTwice)));
+    ::SendMessageW(dialog, kChooseTwiceMessage, 0, 0);
+    ::SetWindowLongPtrW(dialog, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(dialogProcedure));
+    for (const std::wstring& path : broken) {
+      ExpectRefusal(path);
+    }
+    WaitUntil([=] { return Rows(dialog) == 1; }, "both rows are gone");
+    EXPECT_EQ(L"1.bmp", Row(dialog, 0));
+    EXPECT_EQ(nullptr, FindMessageBox());
   });
 }
 
@@ -274,6 +421,14 @@ class ConversionAddFolder : public ConversionFiles {
  protected:
   ConversionAddFolder() { SetSourceFolder(in.path()); }
 
+  void AddFolder(HWND dialog) {
+    Click(dialog, IDB_CONV_ADD_FOLDER);
+    const HWND picker = WaitForDialogWith(kPickerTree);
+    WaitUntil([&] { return ShowsText(picker, in.path()); }, "the start folder in the picker");
+    Click(picker, IDOK);
+    WaitUntil([dialog] { return ::IsWindowEnabled(dialog) != FALSE; }, "back in the dialog");
+  }
+
   TemporaryFolder in{L"C:\\"};
 };
 
@@ -283,24 +438,36 @@ TEST_F(ConversionAddFolder, TakesTheImagesOfTheFolderAndNothingBelow) {
   in.AddFile(L"notes.txt", {'h', 'i'});
   in.AddFolder(L"below");
   WritePicture(in.File(L"below\\c.bmp"));
-  const auto addFolder = [this](HWND dialog) {
-    Click(dialog, IDB_CONV_ADD_FOLDER);
-    const HWND picker = WaitForDialogWith(kPickerTree);
-    WaitUntil([&] { return ShowsText(picker, in.path()); }, "the start folder in the picker");
-    Click(picker, IDOK);
-    WaitUntil([dialog] { return ::IsWindowEnabled(dialog) != FALSE; }, "back in the dialog");
-  };
   RunAndClose([&](HWND dialog) {
-    addFolder(dialog);
+    AddFolder(dialog);
     WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
     EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
     EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
     EXPECT_TRUE(IsEnabled(dialog, IDX_CONV_FULL_PATH));
     WaitForPicture(dialog, true);
-    addFolder(dialog);
+    AddFolder(dialog);
     EXPECT_EQ(2, Rows(dialog)) << "the second time all are duplicates";
   });
   EXPECT_EQ(in.path(), params.sourceFolder);
+}
+
+TEST_F(ConversionAddFolder, ChoosesTheFirstRowBesideTheChosenOneAndShowsNeither) {
+  for (const wchar_t* name : {L"a.tif", L"b.tif"}) {
+    WritePicture(in.File(name), {40, 20, FMT_TIFF, 4});
+  }
+  RunAndClose([&](HWND dialog) {
+    AddFolder(dialog);
+    WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
+    Choose(dialog, {1});
+    WaitForPicture(dialog, true);
+    ExpectPageControls(dialog, true);
+    AddFolder(dialog);
+    WaitUntil([=] { return Chosen(dialog) == std::vector<int>{0, 1}; }, "both rows chosen");
+    WaitForPicture(dialog, false);
+    ExpectPageControls(dialog, false);
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+  });
 }
 
 TEST_F(ConversionFiles, AddFilesTakesWhatTheOpenDialogGives) {

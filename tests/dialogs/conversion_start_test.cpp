@@ -3,6 +3,8 @@
 
 #include <commctrl.h>
 
+#include <cstring>
+
 #include "tests/dialogs/conversion_fixture.h"
 
 namespace {
@@ -118,18 +120,67 @@ TEST_F(ConversionStart, CloseWritesTheSwitchesBack) {
   EXPECT_EQ(out.path(), params.destinationFolder);
 }
 
-TEST_F(ConversionStart, EscLeavesTheRecordAsItWas) {
+TEST_F(ConversionStart, SwitchesOfOtherValuesThanOneComeBackAsTheyCame) {
   AddPicture(L"one.bmp");
-  const FILECONVERSIONDLGPARAMS before = params;
-  const int32_t result = Run([](HWND dialog) {
+  params.deleteSource = 5;
+  params.fullPath = -1;
+  params.logReport = 2;
+  params.useOriginalFolder = 0x100;
+  RunAndClose([this](HWND dialog) {
+    for (const int id : {IDX_CONV_DELETE_SOURCE, IDX_CONV_FULL_PATH, IDX_CONV_LOG_REPORT, IDX_CONV_ORIGINAL_FOLDER}) {
+      EXPECT_TRUE(IsChecked(dialog, id)) << id;
+    }
+    EXPECT_EQ(in.File(L"one.bmp"), ListViewText(dialog, IDL_CONV_FILES, 0, 0));
+    ClickAndWait(dialog, IDX_CONV_ORIGINAL_FOLDER);
+  });
+  EXPECT_EQ(5, params.deleteSource);
+  EXPECT_EQ(-1, params.fullPath);
+  EXPECT_EQ(2, params.logReport);
+  EXPECT_EQ(0x100, params.useOriginalFolder);
+}
+
+TEST_F(ConversionStart, ASwitchThatTheUserSetsAgainIsOne) {
+  AddPicture(L"one.bmp");
+  params.deleteSource = params.fullPath = params.logReport = params.useOriginalFolder = 5;
+  RunAndClose([](HWND dialog) {
+    for (const int id : {IDX_CONV_DELETE_SOURCE, IDX_CONV_FULL_PATH, IDX_CONV_LOG_REPORT}) {
+      Check(dialog, id, false);
+      Check(dialog, id, true);
+    }
+    Check(dialog, IDX_CONV_GIVEN_FOLDER, true);
+    Check(dialog, IDX_CONV_ORIGINAL_FOLDER, true);
+  });
+  EXPECT_EQ(1, params.deleteSource);
+  EXPECT_EQ(1, params.fullPath);
+  EXPECT_EQ(1, params.logReport);
+  EXPECT_EQ(1, params.useOriginalFolder);
+}
+
+TEST_F(ConversionStart, EscLeavesTheWholeRecordAsItWas) {
+  AddPicture(L"one.bmp");
+  Offer({kPng});
+  const std::wstring other = out.AddFolder(L"other");
+  FILECONVERSIONDLGPARAMS before;
+  const int32_t result = Run([&](HWND dialog) {
+    before = params;
+    SetText(dialog, IDE_CONV_FOLDER, other);
+    SelectCombo(dialog, IDC_CONV_OVERWRITE, OVERWRITE_RENAME);
+    ConvertAndWait(dialog);
+    EXPECT_TRUE(Exists(other + L"\\one.png")) << "the dialog has taken the folder";
     Check(dialog, IDX_CONV_FULL_PATH, true);
-    SelectCombo(dialog, IDC_CONV_OVERWRITE, 1);
+    Check(dialog, IDX_CONV_DELETE_SOURCE, true);
+    Check(dialog, IDX_CONV_LOG_REPORT, true);
+    Check(dialog, IDX_CONV_ORIGINAL_FOLDER, true);
     PressKey(dialog, VK_ESCAPE);
     WaitUntilClosed(dialog);
   });
   EXPECT_EQ(SUCCESS_DLG_CLOSE, result);
-  EXPECT_EQ(before.fullPath, params.fullPath);
-  EXPECT_EQ(before.overwriteMode, params.overwriteMode);
+  EXPECT_EQ(0, memcmp(&before, &params, sizeof params));
+}
+
+TEST_F(ConversionStart, TheFolderCannotBeLongerThanTheFieldOfTheRecord) {
+  RunAndClose(
+      [](HWND dialog) { EXPECT_EQ(263, ::SendMessageW(Control(dialog, IDE_CONV_FOLDER), EM_GETLIMITTEXT, 0, 0)); });
 }
 
 TEST_F(ConversionStart, TheCloseBoxLeavesTheRecordAsItWas) {
