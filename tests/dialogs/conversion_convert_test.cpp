@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include "resources/conversion_tools_ids.h"
 #include "tests/dialogs/conversion_fixture.h"
 #include "tests/support/file_bytes.h"
 
@@ -106,6 +107,75 @@ TEST_F(ConversionRun, KeepsAFirstPageWithoutAPageChoice) {
   info.uStructSize = sizeof info;
   ASSERT_EQ(SUCCESS, GetFileInfo(out.File(L"p.png").c_str(), &info, sizeof info, 1, nullptr));
   EXPECT_EQ(40, info.width);
+}
+
+TEST_F(ConversionRun, PressedWithoutAChosenFileDisablesItsButtonAndDoesNothing) {
+  AddPicture(L"1.bmp");
+  SetDestination(out.File(L"missing"));
+  RunAndClose([](HWND dialog) {
+    SelectListViewRows(dialog, IDL_CONV_FILES, {});
+    const HWND button = Control(dialog, IDB_CONV_CONVERT);
+    ::EnableWindow(button, TRUE);
+    ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDB_CONV_CONVERT, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+    WaitUntil([=] { return !::IsWindowEnabled(button); }, "the button refuses");
+    EXPECT_FALSE(HoldsWithin(500, [dialog] { return !::IsWindowEnabled(dialog); })) << "a question, or a run";
+  });
+  EXPECT_TRUE(Outputs().empty());
+}
+
+// --- The page selection of a run ---
+
+class ConversionPages : public ConversionRun {
+ protected:
+  ConversionPages() {
+    Offer({kPng});
+    AddPicture(L"1.tif", {40, 20, FMT_TIFF, 4});
+    AddPicture(L"2.tif", {40, 20, FMT_TIFF, 3});
+  }
+  // Both rows get pages 1 and 3, and only the first stays selected.
+  static void ChoosePagesOfBoth(HWND dialog) {
+    ChooseAllFiles(dialog);
+    Click(dialog, IDB_CONV_PAGE_OPTIONS);
+    const HWND pages = WaitForDialogWith(IDX_PAGES_ALL);
+    ClickAndWait(pages, IDX_PAGES_LIST);
+    SetText(pages, IDE_PAGES_LIST, L"1,3");
+    CloseWith(pages, IDOK);
+    for (const int row : {0, 1}) {
+      ASSERT_EQ(L"1,3", ListViewText(dialog, IDL_CONV_FILES, row, 1)) << row;
+    }
+    SelectListViewRows(dialog, IDL_CONV_FILES, {0});
+  }
+  // Between a run and the look at the rows after it, the dialog can be used for a moment.
+  static void WaitForNoPages(HWND dialog) {
+    for (const int row : {0, 1}) {
+      WaitUntil([=] { return ListViewText(dialog, IDL_CONV_FILES, row, 1).empty(); }, "a row without a page selection");
+    }
+  }
+};
+
+TEST_F(ConversionPages, AreForgottenByARunOfEveryRow) {
+  params.overwriteMode = OVERWRITE_RENAME;
+  RunAndClose([this](HWND dialog) {
+    ChoosePagesOfBoth(dialog);
+    ConvertAndWait(dialog);
+    WaitForNoPages(dialog);
+    EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"10.png"}), Outputs()) << "two pages of one file";
+    ChooseAllFiles(dialog);
+    ConvertAndWait(dialog);
+  });
+  EXPECT_EQ((std::vector<std::wstring>{L"1.png", L"10.png", L"11.png", L"2.png"}), Outputs()) << "first pages";
+}
+
+TEST_F(ConversionPages, AreForgottenByAnAbortedRunAsWell) {
+  out.AddFile(L"1.png", {7});
+  params.overwriteMode = OVERWRITE_ASK;
+  RunAndClose([](HWND dialog) {
+    ChoosePagesOfBoth(dialog);
+    Click(dialog, IDB_CONV_CONVERT);
+    Click(WaitForDialogWith(IDB_CONV_ASK_ABORT), IDB_CONV_ASK_ABORT);
+    WaitForNoPages(dialog);
+  });
+  EXPECT_EQ(FileBytes{7}, ReadWholeFile(out.File(L"1.png")));
 }
 
 // --- Deleting the sources ---
@@ -267,6 +337,30 @@ TEST_F(DestinationFolder, NoRunsAllTheSameAndEachFileFails) {
   });
   EXPECT_FALSE(Exists(missing));
   EXPECT_TRUE(Exists(in.File(L"1.bmp")));
+}
+
+TEST_F(DestinationFolder, NoLeavesTheLogWithARowOfFailureForEachFile) {
+  AddPicture(L"2.bmp");
+  Offer({kPng});
+  params.logReport = 1;
+  RunAndClose([&](HWND dialog) {
+    ChooseAllFiles(dialog);
+    Click(dialog, IDB_CONV_CONVERT);
+    const HWND box = WaitForMessageBox();
+    Click(box, IDNO);
+    WaitUntilClosed(box);
+    const HWND log = WaitForDialogWith(IDL_LOG);
+    ASSERT_EQ(2, ListViewCount(log, IDL_LOG));
+    std::vector<std::wstring> destinations;
+    for (const int row : {0, 1}) {
+      EXPECT_EQ(L"Failed", ListViewText(log, IDL_LOG, row, 0)) << row;
+      destinations.push_back(ListViewText(log, IDL_LOG, row, 2));
+    }
+    std::sort(destinations.begin(), destinations.end());
+    EXPECT_EQ((std::vector<std::wstring>{missing + L"\\1.png", missing + L"\\2.png"}), destinations);
+    CloseWith(log, IDOK);
+  });
+  EXPECT_FALSE(Exists(missing));
 }
 
 TEST_F(DestinationFolder, AFolderThatCannotBeCreatedGivesAMessage) {
