@@ -185,6 +185,22 @@ TEST(FileDialog, RunsADialogOverItself) {
   EXPECT_TRUE(enabledAfter);
 }
 
+TEST(FileDialog, HasNoOwnerWithoutAParentAndLeavesTheActiveWindowEnabled) {
+  const TemporaryFolder place;
+  const unique_hwnd active(::CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 200, 100,
+                                             nullptr, nullptr, nullptr, nullptr));
+  ::SetActiveWindow(active.get());
+  ASSERT_EQ(::GetActiveWindow(), active.get());
+  PickerDialog dialog(place);
+  dialog.onStep = [&](PickerDialog& self) {
+    EXPECT_EQ(::GetWindow(self.Outer(), GW_OWNER), nullptr);
+    EXPECT_TRUE(::IsWindowEnabled(active.get()));
+    self.Cancel();
+  };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  EXPECT_EQ(dialog.m_ofn.hwndOwner, nullptr);
+}
+
 TEST(FileDialog, ListsTheFilesOfAMultipleSelection) {
   CFileDialog dialog(TRUE, nullptr, nullptr, OFN_ALLOWMULTISELECT);
   wchar_t several[] = L"C:\\folder\0a.txt\0b.txt\0";
