@@ -1,5 +1,6 @@
 // The lowest layer: an HWND and the platform's calls on it, one line each. It owns nothing and has no virtual function.
-// m_hWnd may be null; then every call fails the way the platform fails on a null window.
+// m_hWnd may be null; then every call fails the way the platform fails on a null window. Where the platform would take null to
+// mean something else (every window of the desktop, the calling thread, another window's lock), the call does nothing.
 #pragma once
 
 #include "platform/cstring.h"
@@ -15,7 +16,7 @@ class WindowHandle {
     return ::SendMessageW(m_hWnd, message, wParam, lParam);
   }
   BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
-    return ::PostMessageW(m_hWnd, message, wParam, lParam);
+    return m_hWnd && ::PostMessageW(m_hWnd, message, wParam, lParam);
   }
 
   // Text, of the window or of a control in it.
@@ -92,22 +93,30 @@ class WindowHandle {
   BOOL MapDialogRect(LPRECT rect) const { return ::MapDialogRect(m_hWnd, rect); }
 
   // Painting.
-  void Invalidate(BOOL erase = TRUE) const { ::InvalidateRect(m_hWnd, nullptr, erase); }
-  void InvalidateRect(LPCRECT rect, BOOL erase = TRUE) const { ::InvalidateRect(m_hWnd, rect, erase); }
-  void ValidateRect(LPCRECT rect) const { ::ValidateRect(m_hWnd, rect); }
+  void Invalidate(BOOL erase = TRUE) const { InvalidateRect(nullptr, erase); }
+  void InvalidateRect(LPCRECT rect, BOOL erase = TRUE) const {
+    if (m_hWnd) {
+      ::InvalidateRect(m_hWnd, rect, erase);
+    }
+  }
+  void ValidateRect(LPCRECT rect) const {
+    if (m_hWnd) {
+      ::ValidateRect(m_hWnd, rect);
+    }
+  }
   BOOL GetUpdateRect(LPRECT rect, BOOL erase = FALSE) const { return ::GetUpdateRect(m_hWnd, rect, erase); }
   void UpdateWindow() const { ::UpdateWindow(m_hWnd); }
   BOOL RedrawWindow(LPCRECT rect = nullptr, HRGN region = nullptr,
                     UINT flags = RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE) const {
-    return ::RedrawWindow(m_hWnd, rect, region, flags);
+    return m_hWnd && ::RedrawWindow(m_hWnd, rect, region, flags);
   }
   void SetRedraw(BOOL redraw = TRUE) const { SendMessage(WM_SETREDRAW, redraw != FALSE); }
-  BOOL LockWindowUpdate() const { return ::LockWindowUpdate(m_hWnd); }
+  BOOL LockWindowUpdate() const { return m_hWnd && ::LockWindowUpdate(m_hWnd); }
 
   UINT_PTR SetTimer(UINT_PTR id, UINT milliseconds, TIMERPROC procedure = nullptr) const {
-    return ::SetTimer(m_hWnd, id, milliseconds, procedure);
+    return m_hWnd ? ::SetTimer(m_hWnd, id, milliseconds, procedure) : 0;
   }
-  BOOL KillTimer(UINT_PTR id) const { return ::KillTimer(m_hWnd, id); }
+  BOOL KillTimer(UINT_PTR id) const { return m_hWnd && ::KillTimer(m_hWnd, id); }
 
   int SetScrollPos(int bar, int position, BOOL redraw = TRUE) const {
     return ::SetScrollPos(m_hWnd, bar, position, redraw);

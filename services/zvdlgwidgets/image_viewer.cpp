@@ -63,9 +63,7 @@ void CZVImageViewer::Clear() {
 void CZVImageViewer::DropScaled() {
   scaled_.reset();
   scaledSize_ = CSize();
-  if (m_hWnd) {
-    Invalidate(FALSE);
-  }
+  Invalidate(FALSE);
 }
 
 CRect CZVImageViewer::FitRectangle(CSize picture, const CRect& pane, Fit fit) {
