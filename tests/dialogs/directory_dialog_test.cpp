@@ -1,6 +1,8 @@
 // The folder picker through its export: what it shows, what it gives back, and that it leaves nothing behind.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "include/zvfiledlg.h"
 #include "tests/support/dialog_driver.h"
 
@@ -49,9 +51,19 @@ class DirectoryDialog : public ::testing::Test {
 
   void UseBuffer(size_t length) {
     buffer.assign(length, L'\0');
-    start.copy(buffer.data(), length - 1);
+    StartIn(start);
     params.directoryBuffer = buffer.data();
     params.bufferLength = static_cast<int32_t>(length);
+  }
+
+  void StartIn(const std::wstring& path) {
+    std::ranges::fill(buffer, L'\0');
+    path.copy(buffer.data(), buffer.size() - 1);
+  }
+  // From the inner folder to the one that it stands in.
+  void GoUp(HWND dialog) const {
+    SelectCombo(dialog, kLookInCombo, ComboSelection(dialog, kLookInCombo) - 1);
+    WaitUntil([&] { return TextOf(dialog, kFolderEdit) == start; }, "the folder above is shown");
   }
 
   // Shows the picker; the script gets it once the folder is shown.
@@ -94,11 +106,12 @@ TEST_F(DirectoryDialog, AcceptsANullParent) {
 }
 
 TEST_F(DirectoryDialog, GivesTheFolderLastShownAfterCancel) {
-  buffer[0] = L'\0';
-  buffer.assign(MAX_PATH, L'\0');
-  inner.copy(buffer.data(), MAX_PATH - 1);
-  EXPECT_EQ(SUCCESS_DLG_CANCEL, Pick(PressCancel));
-  EXPECT_EQ(inner, Chosen());
+  StartIn(inner);
+  EXPECT_EQ(SUCCESS_DLG_CANCEL, Pick([this](HWND dialog) {
+              GoUp(dialog);
+              PressCancel(dialog);
+            }));
+  EXPECT_EQ(start, Chosen());
 }
 
 TEST_F(DirectoryDialog, CancelsWithEscape) {
@@ -125,13 +138,10 @@ TEST_F(DirectoryDialog, RefusesABufferExactlyAsLongAsTheFolderAfterOkAndAfterCan
 }
 
 TEST_F(DirectoryDialog, FollowsTheUserToAnotherFolder) {
-  UseBuffer(MAX_PATH);
-  inner.copy(buffer.data(), MAX_PATH - 1);
-  buffer.resize(MAX_PATH);
+  StartIn(inner);
   const int32_t result = Pick([this](HWND dialog) {
     EXPECT_EQ(inner, TextOf(dialog, kFolderEdit));
-    SelectCombo(dialog, kLookInCombo, ComboSelection(dialog, kLookInCombo) - 1);  // the folder above
-    WaitUntil([&] { return TextOf(dialog, kFolderEdit) == start; }, "the folder above is shown");
+    GoUp(dialog);
     PressOk(dialog);
   });
   EXPECT_EQ(SUCCESS_DLG_OK, result);
@@ -280,6 +290,7 @@ TEST_F(DirectoryDialog, StaysOpenOnAFolderWithoutAPath) {
     PressCancel(dialog);
   });
   EXPECT_EQ(SUCCESS_DLG_CANCEL, result);
+  EXPECT_EQ(L"", Chosen()) << "the place last shown has no path to give";
 }
 
 TEST_F(DirectoryDialog, LeavesTheWorkingDirectoryAlone) {
@@ -312,6 +323,29 @@ TEST_F(DirectoryDialog, TakesEightBitRecords) {
   EXPECT_EQ(before, ansiFolder);
   EXPECT_EQ(2, ansi.filterIndex);
   EXPECT_STREQ("*.txt", ansi.filter) << "the pointer is left at the last string";
+}
+
+TEST_F(DirectoryDialog, GivesEightBitCallersNothingBackAfterCancel) {
+  char ansiFolder[MAX_PATH] = {};
+  ::WideCharToMultiByte(CP_ACP, 0, inner.c_str(), -1, ansiFolder, MAX_PATH, nullptr, nullptr);
+  const std::string before = ansiFolder;
+  DIRECTORYDLGPARAMSA ansi = {};
+  ansi.uStructSize = 59;  // not what the dialog's own record has
+  ansi.directoryBuffer = ansiFolder;
+  ansi.bufferLength = MAX_PATH;
+  ansi.title = "Eight bits";
+  const int32_t result =
+      DriveDialog([&] { return Z_DlgGetDirectoryA(parent.hwnd(), &ansi); },
+                  [&] {
+                    const HWND dialog = WaitForDialogTitled(L"Eight bits");
+                    WaitUntil([&] { return TextOf(dialog, kFolderEdit) == inner; }, "the folder is shown");
+                    GoUp(dialog);
+                    PressCancel(dialog);
+                  });
+  EXPECT_EQ(SUCCESS_DLG_CANCEL, result);
+  EXPECT_EQ(before, ansiFolder) << "the folder last shown is not told";
+  EXPECT_EQ(59u, ansi.uStructSize);
+  EXPECT_EQ(MAX_PATH, ansi.bufferLength);
 }
 
 TEST_F(DirectoryDialog, LeavesNothingBehindAfterTwoHundredOpenings) {

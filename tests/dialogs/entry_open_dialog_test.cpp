@@ -1,6 +1,9 @@
 // The open dialog through its export: the record it fills for each file, what it does to the caller's records, and that it
 // puts back every process-wide setting.
+#include <windows.h>
 #include <gtest/gtest.h>
+
+#include <commctrl.h>
 
 #include "include/zvfiledlg.h"
 #include "services/zvfile/zvfile.h"
@@ -14,6 +17,9 @@ using namespace zvtest;
 constexpr int kHelp = 1038;
 constexpr int kTypeCombo = 1136;
 constexpr int kLookInCombo = 1137;
+constexpr int kLoadOptions = 9401;
+constexpr int kPane = 59648;
+constexpr int kPreviewCommand = 41216;
 
 HWND NameBox(HWND dialog) {
   const HWND combo = FindControl(dialog, 1148);
@@ -290,26 +296,55 @@ TEST_F(OpenDialog, IsPlacedAtTheRecordsPoint) {
   });
 }
 
-TEST_F(OpenDialog, GivesEightBitRecords) {
-  const char filter[] = "All\0*.*\0Bitmaps\0*.bmp\0";
+// The same dialog through its 8-bit export.
+class OpenDialogA : public OpenDialog {
+ protected:
+  OpenDialogA() {
+    ::WideCharToMultiByte(CP_ACP, 0, folder.path().c_str(), -1, initial, MAX_PATH, nullptr, nullptr);
+    ansiName.lStructSize = sizeof(ansiName);
+    ansiName.lpstrInitialDir = initial;
+    ansiName.lpstrTitle = "Open pictures";
+    ansi.uStructSize = sizeof(ansi);
+  }
+  ~OpenDialogA() override {
+    for (int32_t i = 0; ansi.files && i < ansi.fileCount; ++i) {
+      CoreFree(ansi.files[i].fileInfo, 0, nullptr);
+      if (ansi.files[i].bitmap) {
+        FreeBitmap(ansi.files[i].bitmap);
+        ::GlobalFree(ansi.files[i].bitmap);
+      }
+    }
+    if (ansi.files != callersFiles) {
+      CoreFree(ansi.files, 0, nullptr);
+    }
+  }
+
+  int32_t OpenA(const std::function<void(HWND)>& script) {
+    return DriveDialog([this] { return Z_DlgOpenA(parent.hwnd(), &ansiName, &ansi); },
+                       [&] { script(WaitForOpenDialog()); });
+  }
+  int32_t OpenByNameA(const std::wstring& name) {
+    return OpenA([&](HWND dialog) {
+      TypeName(dialog, name);
+      Click(dialog, IDOK);
+    });
+  }
+
   char initial[MAX_PATH] = {};
-  ::WideCharToMultiByte(CP_ACP, 0, folder.path().c_str(), -1, initial, MAX_PATH, nullptr, nullptr);
   OPENFILENAMEA ansiName = {};
-  ansiName.lStructSize = sizeof(ansiName);
+  OPENFILEDLGPARAMSA ansi = {};
+  OPENDLGFILEDATAA callersFiles[2] = {};
+};
+
+TEST_F(OpenDialogA, GivesEightBitRecords) {
+  const char filter[] = "All\0*.*\0Bitmaps\0*.bmp\0";
   ansiName.lpstrFilter = filter;
   ansiName.nFilterIndex = 1;
-  ansiName.lpstrInitialDir = initial;
-  ansiName.lpstrTitle = "Open pictures";
-  OPENFILEDLGPARAMSA ansi = {};
-  ansi.uStructSize = sizeof(ansi);
-  const int32_t result = DriveDialog([&] { return Z_DlgOpenA(parent.hwnd(), &ansiName, &ansi); },
-                                     [] {
-                                       const HWND dialog = WaitForOpenDialog();
-                                       SelectCombo(dialog, kTypeCombo, 1);
-                                       TypeName(dialog, L"first one.bmp");
-                                       Click(dialog, IDOK);
-                                     });
-  ASSERT_EQ(SUCCESS_DLG_OK, result);
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenA([](HWND dialog) {
+              SelectCombo(dialog, kTypeCombo, 1);
+              TypeName(dialog, L"first one.bmp");
+              Click(dialog, IDOK);
+            }));
   ASSERT_EQ(1, ansi.fileCount);
   EXPECT_EQ(396u, ansi.files[0].uStructSize);
   EXPECT_EQ(std::string(initial) + "\\first one.bmp", ansi.files[0].fileName);
@@ -317,8 +352,83 @@ TEST_F(OpenDialog, GivesEightBitRecords) {
   EXPECT_EQ(5, ansi.files[0].fileInfo->width);
   EXPECT_EQ(1u, ansiName.nFilterIndex) << "nothing of the name record comes back";
   EXPECT_STREQ("*.bmp", ansiName.lpstrFilter) << "the pointer is left at the last string";
-  CoreFree(ansi.files[0].fileInfo, 0, nullptr);
-  CoreFree(ansi.files, 0, nullptr);
+}
+
+TEST_F(OpenDialogA, FillsTheCallersOwnArray) {
+  ansi.files = callersFiles;
+  ansiName.Flags = OFN_ALLOWMULTISELECT;
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByNameA(L"\"second.bmp\" \"first one.bmp\""));
+  ASSERT_EQ(callersFiles, ansi.files);
+  ASSERT_EQ(2, ansi.fileCount);
+  EXPECT_EQ(std::string(initial) + "\\second.bmp", callersFiles[0].fileName);
+  EXPECT_EQ(std::string(initial) + "\\first one.bmp", callersFiles[1].fileName);
+  ASSERT_NE(nullptr, callersFiles[1].fileInfo);
+  EXPECT_EQ(5, callersFiles[1].fileInfo->width);
+}
+
+TEST_F(OpenDialogA, TakesTheSwitchesInAndGivesTheirStateBack) {
+  ansi.flags = DLG_OPEN_SHOW_PREVIEW | DLG_OPEN_SHOW_LOAD_OPTIONS;
+  ansi.showLoadOptions = 1;
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenA([](HWND dialog) {
+              EXPECT_TRUE(IsChecked(dialog, kLoadOptions));
+              EXPECT_EQ(nullptr, FindControl(dialog, kPane));
+              Check(dialog, kLoadOptions, false);
+              Command(::GetParent(Control(dialog, kLoadOptions)), kPreviewCommand);
+              Control(dialog, kPane);
+              TypeName(dialog, L"second.bmp");
+              Click(dialog, IDOK);
+            }));
+  EXPECT_EQ(0, ansi.showLoadOptions);
+  EXPECT_EQ(1, ansi.showPreview);
+}
+
+int reports = 0;
+int32_t ZV_CALL CountReport(OPENDLGFILEDATA*, int32_t, int32_t, void*) {
+  ++reports;
+  return SUCCESS;
+}
+int32_t ZV_CALL CountReportA(OPENDLGFILEDATAA*, int32_t, int32_t, void*) {
+  ++reports;
+  return SUCCESS;
+}
+
+TEST_F(OpenDialogA, NeverCallsTheStatusFunction) {
+  AddPicture(L"tall.bmp", 20, 400);
+  params.flags = ansi.flags = DLG_OPEN_LOAD_BITMAP;
+  params.statusCallback = CountReport;
+  ansi.statusCallback = CountReportA;
+  reports = 0;
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByName(L"tall.bmp"));
+  EXPECT_LT(0, reports) << "as the wide dialog does";
+  FreeBitmap(params.files[0].bitmap);
+  ::GlobalFree(params.files[0].bitmap);
+  reports = 0;
+  ASSERT_EQ(SUCCESS_DLG_OK, OpenByNameA(L"tall.bmp"));
+  ASSERT_NE(nullptr, ansi.files[0].bitmap);
+  EXPECT_EQ(0, reports);
+}
+
+TEST_F(OpenDialogA, AlwaysShowsTheList) {
+  const auto viewOf = [](HWND dialog) {
+    const auto list = [=] {
+      const HWND view = ::FindWindowExW(dialog, nullptr, L"SHELLDLL_DefView", nullptr);
+      return view ? ::FindWindowExW(view, nullptr, WC_LISTVIEWW, nullptr) : nullptr;
+    };
+    WaitUntil([=] { return list() && ::SendMessageW(list(), LVM_GETITEMCOUNT, 0, 0) > 0; }, "the files are listed");
+    return ::GetWindowLongW(list(), GWL_STYLE) & LVS_TYPEMASK;
+  };
+  params.viewMode = ansi.viewMode = DLG_VIEW_LARGE_ICONS;
+  Open([=](HWND dialog) {
+    EXPECT_EQ(LVS_ICON, viewOf(dialog)) << "as the wide dialog does";
+    PressCancel(dialog);
+  });
+  for (const uint32_t tag : {104u, 100u}) {
+    ansi.uStructSize = tag;
+    OpenA([=](HWND dialog) {
+      EXPECT_EQ(LVS_LIST, viewOf(dialog));
+      PressCancel(dialog);
+    });
+  }
 }
 
 TEST_F(OpenDialog, LeavesNothingBehindAfterTwoHundredOpenings) {
