@@ -77,19 +77,24 @@ void ConvertOptions(OPENDLGFILEDATA& wide, OPENDLGFILEDATAA& ansi) {
   wide.formatOptions = nullptr;
 }
 
+// A name that did not go over whole is the last one: the field behind it stays empty.
+void ConvertNames(const FILEINFO& wide, FILEINFOA& ansi) {
+  if (ConvertField(wide.name, ansi.name) == SUCCESS) {
+    ConvertField(wide.compression, ansi.compression);
+  }
+}
+
 }  // namespace
 
 void ConvertFileInfo(const FILEINFO& wide, FILEINFOA& ansi) {
   ansi = {};
   ansi.uStructSize = sizeof(FILEINFO);
   ansi.format = wide.format;
-  ConvertField(wide.name, ansi.name);
   ansi.width = wide.width;
   ansi.height = wide.height;
   ansi.bitsPerPixel = wide.bitsPerPixel;
   ansi.firstSize = wide.firstSize;
   ansi.secondSize = wide.secondSize;
-  ConvertField(wide.compression, ansi.compression);
   // From here on both records run in step: eleven words, then what is carried unread.
   constexpr size_t kWords = 44;
   constexpr size_t kCarried = 1024;
@@ -99,6 +104,7 @@ void ConvertFileInfo(const FILEINFO& wide, FILEINFOA& ansi) {
               kWords + kCarried);
   ansi.filePosition = wide.filePosition;
   std::memcpy(ansi.reserved1644, wide.reserved2176, sizeof(wide.reserved2176));
+  ConvertNames(wide, ansi);
 }
 
 void ConvertFileData(OPENDLGFILEDATA& wide, OPENDLGFILEDATAA& ansi) {

@@ -5,6 +5,7 @@
 
 #include "include/zvfiledlg_ansi.h"
 
+// When the name does not go over whole, its compression stays empty; nothing else is left out.
 void ConvertFileInfo(const FILEINFO& wide, FILEINFOA& ansi);
 
 // Fills an entry from a wide one. Bitmap, thumbnail and load options without text pass over; file information and load

@@ -39,14 +39,14 @@ using WideDup = std::unique_ptr<wchar_t, WideDupDeleter>;
 // Null for null.
 inline WideDup ToWide(const char* text) { return WideDup(AnsiToWideDup(text)); }
 
-// Between path fields of equal room.
+// Between text fields of equal room. SUCCESS when all of the text went over; what is too long goes over in part.
 template <size_t count>
-void ConvertField(const char (&source)[count], wchar_t (&destination)[count]) {
-  Z_A2W::Convert(source, destination, static_cast<int32_t>(count));
+int32_t ConvertField(const char (&source)[count], wchar_t (&destination)[count]) {
+  return Z_A2W::Convert(source, destination, static_cast<int32_t>(count));
 }
 template <size_t count>
-void ConvertField(const wchar_t (&source)[count], char (&destination)[count]) {
-  Z_W2A::Convert(source, destination, static_cast<int32_t>(count));
+int32_t ConvertField(const wchar_t (&source)[count], char (&destination)[count]) {
+  return Z_W2A::Convert(source, destination, static_cast<int32_t>(count));
 }
 
 // Bytes of a list of strings that ends with an empty one, without the final zero byte. A list without strings has none.

@@ -5,6 +5,7 @@
 #include "common/ansi_file_data.h"
 #include "common/ansi_open_file_name.h"
 #include "common/ansi_text.h"
+#include "tests/support/import_patch.h"
 
 namespace {
 
@@ -115,6 +116,26 @@ TEST(AnsiFileInfo, FollowsTheFieldMap) {
   for (const auto& field : map) {
     EXPECT_EQ(0, memcmp(to + field.ansi, from + field.wide, field.size)) << "at " << field.ansi;
   }
+}
+
+int conversions = 0;
+int32_t ZV_CALL FailToConvert(const wchar_t*, char*, int32_t) {
+  ++conversions;
+  return ERROR_BUFFER_TOO_SMALL;
+}
+
+TEST(AnsiFileInfo, HasNoCompressionBehindANameThatCannotBeConverted) {
+  const FILEINFO wide = DistinctFileInfo();
+  FILEINFOA ansi;
+  conversions = 0;
+  {
+    const zvtest::ImportPatch conversion(nullptr, "ConvertWideToAnsi", &FailToConvert);
+    ConvertFileInfo(wide, ansi);
+  }
+  EXPECT_EQ(1, conversions) << "the second name is not tried";
+  EXPECT_STREQ("", ansi.compression);
+  EXPECT_EQ(wide.width, ansi.width) << "the numbers are there all the same";
+  EXPECT_EQ(wide.filePosition, ansi.filePosition);
 }
 
 OPENDLGFILEDATA WideEntry(int32_t format, size_t optionSize) {
