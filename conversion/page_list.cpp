@@ -22,8 +22,8 @@ bool AddRange(std::vector<int32_t>& pages, int32_t last) {
   if (high - low >= kMostPages) return false;
   std::vector<int32_t> present = pages;
   std::sort(present.begin(), present.end());
-  for (int32_t page = low; page <= high; ++page) {
-    if (!std::binary_search(present.begin(), present.end(), page)) pages.push_back(page);
+  for (int64_t page = low; page <= high; ++page) {  // wider than the pages, of which the last can be the largest number
+    if (!std::binary_search(present.begin(), present.end(), page)) pages.push_back(static_cast<int32_t>(page));
   }
   return true;
 }

@@ -10,7 +10,7 @@
 
 // Page numbers from 1, in the order of first mention, each once; a range counts upwards whichever end is named first.
 // Characters that are neither digits nor separators are passed over after the digits of an item. False for an empty item, a
-// number below 1 or a range with three ends; `pages` is then undefined.
+// number below 1, a range with three ends or one of more than a million pages; `pages` is then undefined.
 //
 // A range takes the entry that was added last as its first end. When that number had been mentioned before, the last entry
 // is another one: "3,7,3-5" takes the 7 and gives 3, 5, 6, 7.

@@ -53,6 +53,11 @@ TEST(PageList, RefusesNumbersBelowOne) {
 
 TEST(PageList, RefusesRangesWithThreeEnds) { EXPECT_TRUE(IsRefused(L"1-2-3")); }
 
+TEST(PageList, TakesTheLargestNumberAsTheEndOfARange) {
+  EXPECT_THAT(Parsed(L"2147483647-2147483647"), ElementsAre(2147483647));
+  EXPECT_THAT(Parsed(L"2147483646-2147483647"), ElementsAre(2147483646, 2147483647));
+}
+
 TEST(PageList, RefusesRangesThatWouldExhaustMemory) { EXPECT_TRUE(IsRefused(L"1-2000000000")); }
 
 TEST(ClippedPages, AreThoseThatTheFileHas) {
