@@ -2,6 +2,7 @@
 
 #include "conversion/run_rules.h"
 #include "platform/afx.h"
+#include "platform/scope_exit.h"
 #include "platform/win_app.h"
 #include "resources/conversion_ids.h"
 #include "services/zvcore/zvcore.h"
@@ -14,11 +15,11 @@ constexpr UINT kHelpNumber = 114;
 constexpr UINT kStoppedMessage = WM_USER + 1;  // tells whoever watches the window; nobody here handles it
 constexpr int kLeft = 2;                       // the modal result of a run that is over
 
-// A file calls back for each of its rows, which can be many thousand times a second; looking for messages so often, or
-// painting the bars and the line for each of many small files, would cost more than the conversion. A user notices neither
-// below these many milliseconds.
+// A file calls back a hundred times, and there can be hundreds of small files a second; looking for messages and moving the
+// file's bar each time, or painting what each file changes, would cost more than the conversion. A user notices neither below
+// these many milliseconds.
 constexpr ULONGLONG kPumpInterval = 25;
-constexpr ULONGLONG kShowInterval = 100;
+constexpr ULONGLONG kPaintInterval = 100;
 
 // Whether the interval is over; it begins anew then.
 bool IsDue(ULONGLONG& last, ULONGLONG interval) {
@@ -28,6 +29,14 @@ bool IsDue(ULONGLONG& last, ULONGLONG interval) {
     last = now;
   }
   return due;
+}
+
+// Changes a control that is painted later: a bar or a label would paint itself at once.
+template <typename Change>
+void ChangeUnpainted(const CWnd& control, const Change& change) {
+  control.SetRedraw(FALSE);
+  change();
+  control.SetRedraw(TRUE);
 }
 
 const UINT kStartMessage = ::RegisterWindowMessageW(L"ZV_DLG_FILECONVERSIONDLGPROGRESSDLG_STARTCONVERT");
@@ -57,6 +66,7 @@ void CZVFileConversionDlgProgressDlg::DoDataExchange(CDataExchange* exchange) {
   DDX_Control(exchange, IDA_CONV, animation_);
   DDX_Control(exchange, IDP_CONV_TOTAL, totalBar_);
   DDX_Control(exchange, IDP_CONV_FILE, fileBar_);
+  DDX_Control(exchange, IDT_CONV_LAST_FILE, lastFile_);
 }
 
 void CZVFileConversionDlgProgressDlg::SetDialogStrings() {
@@ -79,50 +89,59 @@ LRESULT CZVFileConversionDlgProgressDlg::OnStart(WPARAM, LPARAM) {
   ShowWindow(SW_SHOW);
   RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
   data_->log.RemoveAll();
-  run_->SetStatus(&Pump, this);
-  KeepPixelMemory(1);
-  ConvertAll();
-  KeepPixelMemory(0);
-  run_->SetStatus(nullptr, nullptr);
+  {
+    run_->SetStatus(&Pump, this);
+    KeepPixelMemory(1);
+    running_ = true;
+    const scope_exit restore([this] {
+      running_ = false;
+      KeepPixelMemory(0);
+      run_->SetStatus(nullptr, nullptr);
+      EnableOwner(true);
+    });
+    ConvertAll();
+  }
   animation_.Stop();
   animation_.Close();
   EndDialog(kLeft);
   return 0;
 }
 
+// Whether to go on is looked at before the pause, in which the user's clicks arrive: after one there, the next file is begun.
 void CZVFileConversionDlgProgressDlg::ConvertAll() {
   const int count = static_cast<int>(data_->queue.GetSize());
   for (int i = 0; i < count; ++i) {
     const CONVERSIONLISTITEM& item = data_->queue[i];
-    shown_.filePercent = 0;
+    SetBar(fileBar_, filePercent_ = 0);
     run_->ConvertQueueItem(item.fileRow, item.formatRow, data_->log);
     percent_ = 100;
     // The line of the entry's number, which is another entry's once an entry has given several lines.
     const LOGREPORTITEM& line = data_->log[i];
-    if (line.status != CONVERSION_ABORTED && !aborted_) {
-      shown_.line.Format(GetDlgString(IDS_PROGRESS_LINE), line.source, line.destination);
-      shown_.totalPercent = Percent(i, count);
-      ShowProgress(i + 1 == count);
-      CZVGeneral::WaitForAppIdle();
-    }
     if (line.status == CONVERSION_ABORTED || aborted_) {
-      shown_.totalPercent = shown_.filePercent = 100;
-      ShowProgress(true);
+      fileBar_.SetPos(100);
+      totalBar_.SetPos(100);
       return;
     }
+    CString text;
+    text.Format(GetDlgString(IDS_PROGRESS_LINE), line.source, line.destination);
+    ChangeUnpainted(lastFile_, [&] { lastFile_.SetWindowText(text); });
+    PaintProgress(false);
+    CZVGeneral::WaitForAppIdle();
+    SetBar(totalBar_, Percent(i, count));
   }
 }
 
-// Brings the controls up to date, at once or when it is time.
-void CZVFileConversionDlgProgressDlg::ShowProgress(bool atOnce) {
-  if (!IsDue(lastShow_, kShowInterval) && !atOnce) {
-    return;
-  }
-  fileBar_.SetPos(shown_.filePercent);
-  totalBar_.SetPos(shown_.totalPercent);
-  if (shown_.line != line_) {
-    line_ = shown_.line;
-    SetDlgItemText(IDT_CONV_LAST_FILE, line_);
+void CZVFileConversionDlgProgressDlg::SetBar(CProgressCtrl& bar, int percent) {
+  ChangeUnpainted(bar, [&] { bar.SetPos(percent); });
+}
+
+// Moves the file's bar and paints what has changed, at once or when it is time.
+void CZVFileConversionDlgProgressDlg::PaintProgress(bool atOnce) {
+  if (IsDue(lastPaint_, kPaintInterval) || atOnce) {
+    fileBar_.SetPos(filePercent_);
+    fileBar_.RedrawWindow();
+    totalBar_.RedrawWindow();
+    lastFile_.RedrawWindow();
   }
 }
 
@@ -130,7 +149,7 @@ void CZVFileConversionDlgProgressDlg::ShowProgress(bool atOnce) {
 void CZVFileConversionDlgProgressDlg::OnEnable(BOOL enabled) {
   CZVBaseDialog::OnEnable(enabled);
   if (!enabled) {
-    ShowProgress(true);
+    PaintProgress(true);
   }
 }
 
@@ -140,8 +159,8 @@ int32_t ZV_CALL CZVFileConversionDlgProgressDlg::Pump(int32_t percent, void* use
 
 int32_t CZVFileConversionDlgProgressDlg::OnProgress(int32_t percent) {
   if (percent >= 0 && percent <= 100) {
-    percent_ = shown_.filePercent = percent;
-    ShowProgress(false);
+    percent_ = filePercent_ = percent;
+    PaintProgress(false);
   }
   if (percent == 100) {
     return SUCCESS;
@@ -204,6 +223,7 @@ void CZVFileConversionDlgProgressDlg::OnOK() {
   aborted_ = true;
   if (RequestEnd(IDOK)) {
     CZVBaseDialog::OnOK();
+    EnableOwner(!running_);
   }
 }
 
@@ -211,5 +231,12 @@ void CZVFileConversionDlgProgressDlg::OnCancel() {
   aborted_ = true;
   if (RequestEnd(IDCANCEL)) {
     CZVBaseDialog::OnCancel();
+    EnableOwner(!running_);
   }
+}
+
+// A dialog that is closed between two files is gone at once, yet one more file is converted: in its time the window below must
+// not take the click that would begin a second run inside this one.
+void CZVFileConversionDlgProgressDlg::EnableOwner(bool enable) {
+  ::EnableWindow(::GetWindow(m_hWnd, GW_OWNER), enable);
 }

@@ -32,10 +32,12 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
 
   LRESULT OnStart(WPARAM, LPARAM);
   void ConvertAll();
-  void ShowProgress(bool atOnce);
+  static void SetBar(CProgressCtrl& bar, int percent);
+  void PaintProgress(bool atOnce);
   void OnAbort();
   void OnEnable(BOOL enabled);
   bool RequestEnd(int command);
+  void EnableOwner(bool enable);
 
   CZVConversionRun* run_ = nullptr;
   CONVERSIONRUNDATA* data_ = nullptr;
@@ -44,17 +46,13 @@ class CZVFileConversionDlgProgressDlg : public CZVBaseDialog {
   bool endRequested_ = false;
   int endCommand_ = IDCANCEL;
   bool aborted_ = false;
+  bool running_ = false;
+  int filePercent_ = 0;     // what the file's bar is to show when it is next painted
   ULONGLONG lastPump_ = 0;  // both in milliseconds since the system started
-  ULONGLONG lastShow_ = 0;
-
-  struct {
-    int filePercent = 0;
-    int totalPercent = 0;
-    CString line;
-  } shown_;       // what the controls are to show when they are next brought up to date
-  CString line_;  // that they show
+  ULONGLONG lastPaint_ = 0;
 
   CAnimateCtrl animation_;
   CProgressCtrl totalBar_;
   CProgressCtrl fileBar_;
+  CStatic lastFile_;  // the paths of the file that was converted last
 };

@@ -34,7 +34,10 @@ class Host final : public CZVConversionHost {
     return row >= 0 && row < static_cast<int>(formats.size()) ? &formats[static_cast<size_t>(row)] : nullptr;
   }
   CString GetDestinationFolder() override { return folder; }
-  CString ExpandName(const CString& name) override { return processor.ProcessTemplate(nameTemplate, name); }
+  CString ExpandName(const CString& name) override {
+    if (onNaming) onNaming();
+    return processor.ProcessTemplate(nameTemplate, name);
+  }
   CString FindFreeName(const CString& destination) override {
     return renameFinds ? MakeUniqueName(destination, collision, &CZVConversionRun::FileExists) : CString();
   }
@@ -43,7 +46,10 @@ class Host final : public CZVConversionHost {
     return answer;
   }
   void ReportDeletionFailure(const CString& source) override { undeleted.push_back(source.str()); }
-  void MarkSourceDeleted(int row) override { deletedRows.push_back(row); }
+  void MarkSourceDeleted(int row) override {
+    deletedRows.push_back(row);
+    if (onDeleted) onDeleted(row);
+  }
 
   std::vector<CString> sources;
   std::map<int, CONVERSIONFILEOPTIONS> options;
@@ -58,6 +64,8 @@ class Host final : public CZVConversionHost {
   std::vector<std::wstring> questions;
   std::vector<std::wstring> undeleted;
   std::vector<int> deletedRows;
+  std::function<void()> onNaming;          // the first that happens for a file
+  std::function<void(int row)> onDeleted;  // the last
 };
 
 inline size_t FileCount(const std::wstring& folder) {
