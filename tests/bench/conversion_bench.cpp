@@ -30,12 +30,30 @@ namespace {
 constexpr unsigned kPatience = 3'600'000;
 using Arguments = std::vector<std::wstring>;
 
+// What some work cost: in seconds of the clock, of the processor in this process, and of the processor in the system for it.
+struct Cost {
+  double wall = -1, user = 0, system = 0;
+};
+
 class Stopwatch {
  public:
-  double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
+  Cost Read() const {
+    const Cost now = Now();
+    return {now.wall - start_.wall, now.user - start_.user, now.system - start_.system};
+  }
 
  private:
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  static Cost Now() {
+    FILETIME start, end, kernel, user;
+    GetProcessTimes(GetCurrentProcess(), &start, &end, &kernel, &user);
+    const auto seconds = [](const FILETIME& time) {
+      return double(uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime) / 1e7;
+    };
+    const auto wall = std::chrono::steady_clock::now().time_since_epoch();
+    return {std::chrono::duration<double>(wall).count(), seconds(user), seconds(kernel)};
+  }
+
+  const Cost start_ = Now();
 };
 
 std::vector<std::wstring> ReadList(const std::wstring& path) {
@@ -46,16 +64,6 @@ std::vector<std::wstring> ReadList(const std::wstring& path) {
   return paths;
 }
 
-// Of all threads of this process, what the system did for them included.
-double CpuSeconds() {
-  FILETIME start, end, kernel, user;
-  GetProcessTimes(GetCurrentProcess(), &start, &end, &kernel, &user);
-  const auto ticks = [](const FILETIME& time) {
-    return double(uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
-  };
-  return (ticks(kernel) + ticks(user)) / 1e7;
-}
-
 uint64_t BytesIn(const std::filesystem::path& folder) {
   uint64_t bytes = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder))
@@ -63,12 +71,13 @@ uint64_t BytesIn(const std::filesystem::path& folder) {
   return bytes;
 }
 
-void Print(double seconds, double cpuSeconds, size_t files, uint64_t bytes) {
+void Print(const Cost& cost, size_t files, uint64_t bytes) {
   PROCESS_MEMORY_COUNTERS memory{};
   memory.cb = sizeof memory;
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
-  std::printf("seconds=%.3f cpu=%.3f files=%zu bytes=%llu peak_mb=%.1f\n", seconds, cpuSeconds, files,
-              static_cast<unsigned long long>(bytes), double(memory.PeakWorkingSetSize) / (1 << 20));
+  std::printf("seconds=%.3f user=%.3f system=%.3f files=%zu bytes=%llu peak_mb=%.1f\n", cost.wall, cost.user,
+              cost.system, files, static_cast<unsigned long long>(bytes),
+              double(memory.PeakWorkingSetSize) / (1 << 20));
 }
 
 int RunDialog(const Arguments& arguments) {
@@ -85,8 +94,7 @@ int RunDialog(const Arguments& arguments) {
   params.uiFlags = 0x0003FFFE;
   lstrcpynW(params.destinationFolder, arguments[1].c_str(), ZVDLG_PATH_LENGTH);
 
-  double seconds = -1;
-  double cpuSeconds = 0;
+  Cost cost;
   zvtest::ParentWindow parent;
   zvtest::DriveDialog([&] { return Z_DlgFileConversion(parent.hwnd(), &params); },
                       [&] {
@@ -97,13 +105,14 @@ int RunDialog(const Arguments& arguments) {
                         zvtest::SetDestination(dialog, arguments[1]);
                         const int percent = std::stoi(arguments[5]);
                         if (percent != 100) zvtest::SetResizePercent(dialog, percent);
-                        const double cpuBefore = CpuSeconds();
-                        seconds = zvtest::Convert(dialog, kPatience) / 1000;
-                        cpuSeconds = CpuSeconds() - cpuBefore;
+                        const Stopwatch watch;
+                        const double milliseconds = zvtest::Convert(dialog, kPatience);
+                        cost = watch.Read();
+                        cost.wall = milliseconds / 1000;
                         zvtest::CloseConversionDialog(dialog);
                       });
-  if (seconds < 0) return 1;
-  Print(seconds, cpuSeconds, paths.size(), BytesIn(arguments[1]));
+  if (cost.wall < 0) return 1;
+  Print(cost, paths.size(), BytesIn(arguments[1]));
   return 0;
 }
 
@@ -141,14 +150,13 @@ int RunBare(const Arguments& arguments) {
   const std::vector<std::wstring> paths = ReadList(arguments[0]);
   std::filesystem::create_directories(arguments[1]);
   const Stopwatch watch;
-  const double cpuBefore = CpuSeconds();
   for (const std::wstring& path : paths) {
     const auto target = std::filesystem::path(arguments[1]) / std::filesystem::path(path).stem();
     if (!ConvertBare(path, target, std::stoi(arguments[2]), std::stoi(arguments[3]), std::stoi(arguments[4]),
                      std::stoi(arguments[5])))
       return 1;
   }
-  Print(watch.Seconds(), CpuSeconds() - cpuBefore, paths.size(), BytesIn(arguments[1]));
+  Print(watch.Read(), paths.size(), BytesIn(arguments[1]));
   return 0;
 }
 
@@ -168,7 +176,7 @@ int RunAdd(const Arguments& arguments) {
   params.uiFlags = 0x0003FFFE;
   lstrcpynW(params.sourceFolder, arguments[0].c_str(), ZVDLG_PATH_LENGTH);
 
-  double seconds = -1;
+  Cost cost;
   size_t rows = 0;
   zvtest::ParentWindow parent;
   zvtest::DriveDialog(
@@ -185,12 +193,12 @@ int RunAdd(const Arguments& arguments) {
         const HWND progress = zvtest::WaitForDialogWith(IDP_CONV_ADD);
         if (!zvtest::HoldsWithin(kPatience, [progress] { return !IsWindow(progress); }))
           throw zvtest::DriverTimeout("the folder was not added");
-        seconds = watch.Seconds();
+        cost = watch.Read();
         rows = size_t(zvtest::ListViewCount(dialog, IDL_CONV_FILES));
         zvtest::CloseConversionDialog(dialog);
       });
-  if (seconds < 0) return 1;
-  Print(seconds, CpuSeconds(), rows, BytesIn(arguments[0]));
+  if (cost.wall < 0) return 1;
+  Print(cost, rows, BytesIn(arguments[0]));
   return 0;
 }
 
@@ -202,7 +210,7 @@ int RunInfo(const Arguments& arguments) {
     info.uStructSize = sizeof info;
     count += GetFileInfo(entry.path().c_str(), &info, sizeof info, 1, nullptr) == SUCCESS;
   }
-  Print(watch.Seconds(), CpuSeconds(), count, BytesIn(arguments[0]));
+  Print(watch.Read(), count, BytesIn(arguments[0]));
   return 0;
 }
 
