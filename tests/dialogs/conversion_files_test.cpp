@@ -3,7 +3,10 @@
 
 #include <commctrl.h>
 
+#include <atomic>
+
 #include "tests/dialogs/conversion_fixture.h"
+#include "tests/support/import_patch.h"
 
 namespace {
 
@@ -159,6 +162,41 @@ TEST_F(ConversionFiles, TheShownPageStaysWhileTheFocusAloneMoves) {
     FocusRow(dialog, 0);
     EXPECT_EQ(L"2", TextOf(dialog, IDE_CONV_PAGE));
     WaitForPicture(dialog, true);
+  });
+}
+
+std::atomic<int> pictureLoads = 0;
+
+int32_t CountLoad(const wchar_t* path, BITMAPHANDLE* bitmap, uint32_t bitmapSize, int32_t bitsPerPixel, int32_t order,
+                  uint32_t flags, FILELOADCALLBACK callback, void* userData, const LOADFILEOPTION* option,
+                  FILEINFO* info) {
+  ++pictureLoads;
+  return LoadImageFile(path, bitmap, bitmapSize, bitsPerPixel, order, flags, callback, userData, option, info);
+}
+
+TEST_F(ConversionFiles, EachStepOfTheUserLoadsItsPictureOnce) {
+  const ImportPatch counting(L"zvfiledlg.dll", "LoadImageFile", &CountLoad);
+  AddThree();
+  const auto expectOneLoad = [](const char* step) {
+    WaitUntil([] { return pictureLoads > 0; }, step);
+    EXPECT_FALSE(HoldsWithin(300, [] { return pictureLoads > 1; })) << step;
+    pictureLoads = 0;
+  };
+  pictureLoads = 0;
+  RunAndClose([&](HWND dialog) {
+    expectOneLoad("the start");
+    PressKey(dialog, VK_DOWN);
+    expectOneLoad("an arrow key");
+    Choose(dialog, {0, 2});
+    pictureLoads = 0;
+    ClickRow(dialog, 1);
+    expectOneLoad("a click on a third row");
+    Choose(dialog, {0, 1});
+    pictureLoads = 0;
+    ClickRow(dialog, 0);
+    expectOneLoad("a click on one of two chosen rows");
+    Click(dialog, IDB_CONV_REMOVE);
+    expectOneLoad("the row after a removed one");
   });
 }
 
