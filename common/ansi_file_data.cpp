@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "common/ansi_text.h"
+#include "platform/afx.h"
 
 namespace {
 
@@ -84,6 +85,26 @@ void ConvertNames(const FILEINFO& wide, FILEINFOA& ansi) {
   }
 }
 
+void FreeBitmapHandle(BITMAPHANDLE* bitmap) {
+  if (bitmap) {
+    FreeBitmap(bitmap);
+    ::GlobalFree(bitmap);
+  }
+}
+
+void FreeOpenedFiles(OPENFILEDLGPARAMS& params) {
+  for (int32_t i = 0; i < params.fileCount; ++i) {
+    const OPENDLGFILEDATA& file = params.files[i];
+    FreeBitmapHandle(file.bitmap);
+    FreeBitmapHandle(file.thumbnail);
+    ::GlobalFree(file.fileInfo);
+    ::GlobalFree(file.formatOptions);
+  }
+  ::GlobalFree(params.files);
+  params.files = nullptr;
+  params.fileCount = 0;
+}
+
 }  // namespace
 
 void ConvertFileInfo(const FILEINFO& wide, FILEINFOA& ansi) {
@@ -128,4 +149,21 @@ void ConvertFileData(OPENDLGFILEDATA& wide, OPENDLGFILEDATAA& ansi) {
   ansi.optionFlags = kOptionsSettled;
   ansi.format = wide.format;
   ConvertOptions(wide, ansi);
+}
+
+int32_t ConvertOpenedFiles(OPENFILEDLGPARAMS& wide, OPENFILEDLGPARAMSA& ansi) {
+  const size_t count = static_cast<size_t>(wide.fileCount);
+  if (!AfxIsValidAddress(ansi.files, count * sizeof(OPENDLGFILEDATAA))) {
+    ansi.files = NewCoreBlock<OPENDLGFILEDATAA>(count).release();
+  }
+  if (!ansi.files) {
+    FreeOpenedFiles(wide);
+    return ERROR_OUT_OF_MEMORY;
+  }
+  for (size_t i = 0; i < count; ++i) {
+    ConvertFileData(wide.files[i], ansi.files[i]);
+  }
+  ::GlobalFree(wide.files);
+  wide.files = nullptr;
+  return SUCCESS;
 }

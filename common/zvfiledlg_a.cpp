@@ -62,22 +62,6 @@ void CopySaveFields(const From& from, To& to) {
   to.pdfProfile = from.pdfProfile;
 }
 
-// Frees the wide entries; what they point to has passed to the 8-bit ones or is freed on the way.
-int32_t ConvertOpenedFiles(OPENFILEDLGPARAMS& wide, OPENFILEDLGPARAMSA& ansi) {
-  const size_t count = static_cast<size_t>(wide.fileCount);
-  if (!AfxIsValidAddress(ansi.files, count * sizeof(OPENDLGFILEDATAA))) {
-    ansi.files = NewCoreBlock<OPENDLGFILEDATAA>(count).release();
-    if (!ansi.files) {
-      return ERROR_OUT_OF_MEMORY;
-    }
-  }
-  for (size_t i = 0; i < count; ++i) {
-    ConvertFileData(wide.files[i], ansi.files[i]);
-  }
-  ::GlobalFree(wide.files);
-  return SUCCESS_DLG_OK;
-}
-
 // Extensions, each followed by two zero bytes; an empty one ends the list.
 CoreBlock<wchar_t> ConvertExtensionList(const char* list) {
   if (!list) {
@@ -142,12 +126,13 @@ int32_t ZV_CALL Z_DlgOpenA(HWND parent, OPENFILENAMEA* openFileName, OPENFILEDLG
   CopyOpenFields(*params, wide);
   wide.uStructSize = sizeof(wide);
 
-  int32_t result = Z_DlgOpen(parent, wideName.get(), &wide);
-  if (result == SUCCESS_DLG_OK) {
-    result = ConvertOpenedFiles(wide, *params);
-    CopyOpenFields(wide, *params);
+  const int32_t result = Z_DlgOpen(parent, wideName.get(), &wide);
+  if (result != SUCCESS_DLG_OK) {
+    return result;
   }
-  return result;
+  const int32_t converted = ConvertOpenedFiles(wide, *params);
+  CopyOpenFields(wide, *params);
+  return converted == SUCCESS ? result : converted;
 }
 
 int32_t ZV_CALL Z_DlgSaveA(HWND parent, OPENFILENAMEA* openFileName, SAVEFILEDLGPARAMSA* params) {
