@@ -6,6 +6,8 @@
 
 #include "platform/afx.h"
 #include "services/zvdlgbase/zvdlgbase.h"
+#include "services/zvdlgcommon/base_dialog.h"
+#include "services/zvdlgwidgets/window_classes.h"
 
 int32_t CheckCall(const RecordFamily& family, HWND parent, const void* record) {
   if (DialogKernelReady() != SUCCESS) {
@@ -24,6 +26,10 @@ int32_t CheckCall(const RecordFamily& family, HWND parent, const void* record) {
   }
   return SUCCESS;
 }
+
+DialogScope::DialogScope() { RegisterWidgetClasses(AfxGetInstanceHandle()); }
+
+DialogScope::~DialogScope() { CZVBaseDialog::SetPositionPoint(nullptr); }
 
 int32_t CodeOfCurrentException() noexcept {
   try {

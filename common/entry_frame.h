@@ -1,5 +1,6 @@
 // The path that every wide export takes from its call to its result: enter the library, ask the dialog kernel, check the
-// record and the parent, run the family's own part. Nothing that is thrown on the way leaves it.
+// record and the parent, run the family's own part. Nothing that is thrown on the way leaves it, and a refused call has
+// touched nothing.
 #pragma once
 
 #include <array>
@@ -30,13 +31,27 @@ int32_t CheckCall(const RecordFamily& family, HWND parent, const void* record);
 // The code for the exception being handled.
 int32_t CodeOfCurrentException() noexcept;
 
+// What a call that has passed the checks needs for its dialogs: the window classes of our own controls, which stay. At its end
+// the position point is taken back that no dialog has used, since a later dialog is not to stand there.
+class DialogScope {
+ public:
+  DialogScope();
+  DialogScope(const DialogScope&) = delete;
+  DialogScope& operator=(const DialogScope&) = delete;
+  ~DialogScope();
+};
+
 // `body` takes the parent as a window object (null for a null parent) and gives the result.
 template <class Body>
 int32_t EnterLibrary(const RecordFamily& family, HWND parent, const void* record, Body body) noexcept {
   try {
     const LibraryContext context;
     const int32_t status = CheckCall(family, parent, record);
-    return status == SUCCESS ? body(CWnd::FromHandle(parent)) : status;
+    if (status != SUCCESS) {
+      return status;
+    }
+    const DialogScope scope;
+    return body(CWnd::FromHandle(parent));
   } catch (...) {
     return CodeOfCurrentException();
   }

@@ -1,9 +1,5 @@
 #include "common/library_context.h"
 
-#include <utility>
-
-#include "services/zvdlgwidgets/window_classes.h"
-
 namespace {
 
 // The manifest of a module that is not a program has this resource number.
@@ -41,5 +37,3 @@ ControlsContext::~ControlsContext() {
     ::DeactivateActCtx(0, cookie_);
   }
 }
-
-LibraryContext::LibraryContext() { RegisterWidgetClasses(AfxGetInstanceHandle()); }

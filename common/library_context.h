@@ -1,6 +1,6 @@
 // LibraryContext: a call's stay in the library. While it lives, resources, texts and the application object are those of
-// this module, and windows are made with the version of the common controls that its manifest names, and
-// the window classes of our own controls are there. The first two are put back, in reverse order, when it ends. It nests: an export may be called from inside another one.
+// this module, and windows are made with the version of the common controls that its manifest names. Both are put back, in
+// reverse order, when it ends. It nests: an export may be called from inside another one.
 #pragma once
 
 #include "platform/module_context.h"
@@ -17,10 +17,6 @@ class ControlsContext {
 };
 
 class LibraryContext {
- public:
-  LibraryContext();
-
- private:
   ModuleContext module_{AfxGetStaticModuleState()};
   ControlsContext controls_;
 };

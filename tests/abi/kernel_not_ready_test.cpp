@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "include/zvfiledlg.h"
+#include "services/zvdlgwidgets/window_classes.h"
 #include "tests/support/dialog_driver.h"
 
 namespace {
@@ -34,6 +35,21 @@ TEST(KernelNotReady, IsAnsweredBeforeTheRecordIsLookedAt) {
   EXPECT_EQ(ERROR_KERNEL_NOT_READY, Z_DlgOpen(nullptr, &name, nullptr));
   EXPECT_EQ(ERROR_KERNEL_NOT_READY, Z_DlgSave(nullptr, &name, nullptr));
   EXPECT_EQ(0, Touches()) << "nothing else of the kernel may be used";
+}
+
+TEST(KernelNotReady, LeavesNoWindowClassesBehind) {
+  const zvtest::ParentWindow parent;
+  FILECONVERSIONDLGPARAMS record = {};
+  record.uStructSize = sizeof(record);
+  ASSERT_EQ(ERROR_KERNEL_NOT_READY, Z_DlgFileConversion(parent.hwnd(), &record));
+  const HMODULE library = ::GetModuleHandleW(L"zvfiledlg.dll");
+  ASSERT_NE(nullptr, library);
+  for (const LPCWSTR name :
+       {ZV_VALUE_COMBO_CLASS, ZV_PREVIEW_COMBO_CLASS, ZV_ROLLUP_WND_CLASS, ZV_IMAGE_LIST_VIEW_CLASS}) {
+    WNDCLASSEXW windowClass = {};
+    windowClass.cbSize = sizeof(windowClass);
+    EXPECT_FALSE(::GetClassInfoExW(library, name, &windowClass));
+  }
 }
 
 TEST(KernelNotReady, IsPassedOnByTheEightBitEntries) {
