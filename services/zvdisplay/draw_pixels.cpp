@@ -54,7 +54,10 @@ int32_t Copy(HDC device, const BITMAPHANDLE& pixels, const ZVRECT& target, uint3
   SetStretchBltMode(device, COLORONCOLOR);
   const int rows = StretchDIBits(device, target.left, target.top, WidthOf(target), HeightOf(target), 0, 0, pixels.width,
                                  pixels.height, pixels.data, &info, DIB_RGB_COLORS, operation ? operation : SRCCOPY);
-  return rows == static_cast<int>(GDI_ERROR) ? ERROR_FEATURE_UNSUPPORTED : SUCCESS;
+  // No rows are a failure, but also what comes of a place of which nothing can be seen.
+  const RECT place = {target.left, target.top, target.right, target.bottom};
+  const bool failed = rows == static_cast<int>(GDI_ERROR) || (rows == 0 && RectVisible(device, &place));
+  return failed ? ERROR_FEATURE_UNSUPPORTED : SUCCESS;
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "services/zvdisplay/zvdisplay.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/leak_check.h"
 
 namespace {
@@ -296,6 +298,36 @@ TEST(Print, FillsTheRectangleBandByBand) {
   ASSERT_EQ(PrintBitmap(canvas.device(), &picture.handle, 2, 0, 16, 300, 0), SUCCESS);
   for (int y = 0; y < 300; ++y) ASSERT_EQ(canvas.At(9, y), kBlue) << y;
   EXPECT_EQ(canvas.At(0, 0), kWhite);
+}
+
+// What the system answers when it fails, and also when it had nothing to draw.
+int WINAPI StretchNoRow(HDC, int, int, int, int, int, int, int, int, const void*, const BITMAPINFO*, UINT, DWORD) {
+  return 0;
+}
+
+TEST(Drawing, FailsWhenTheSystemDrawsNothingOfWhatCanBeSeen) {
+  const FourColors picture;
+  const Canvas canvas(4, 4);
+  const zvtest::ImportPatch stretch(L"zvdisplay.dll", "StretchDIBits", &StretchNoRow);
+  EXPECT_EQ(Paint(canvas, picture.handle), ERROR_FEATURE_UNSUPPORTED);
+  EXPECT_EQ(PrintBitmap(canvas.device(), &picture.handle, 0, 0, 4, 4, 0), ERROR_FEATURE_UNSUPPORTED);
+  EXPECT_EQ(PrintBitmap(canvas.device(), &picture.handle, 3, 3, 4, 4, 0), ERROR_FEATURE_UNSUPPORTED) << "in part";
+}
+
+TEST(Drawing, OfWhatCannotBeSeenIsNoFailure) {
+  const FourColors picture;
+  for (const bool drawsNoRow : {true, false}) {
+    std::optional<zvtest::ImportPatch> stretch;
+    if (drawsNoRow) stretch.emplace(L"zvdisplay.dll", "StretchDIBits", &StretchNoRow);
+    const Canvas canvas(4, 4);
+    EXPECT_EQ(PrintBitmap(canvas.device(), &picture.handle, 40, 0, 4, 4, 0), SUCCESS) << "beside the device";
+    const HRGN nothing = CreateRectRgn(0, 0, 0, 0);
+    SelectClipRgn(canvas.device(), nothing);
+    DeleteObject(nothing);
+    EXPECT_EQ(Paint(canvas, picture.handle), SUCCESS);
+    EXPECT_EQ(PrintBitmap(canvas.device(), &picture.handle, 0, 0, 4, 4, 0), SUCCESS);
+    EXPECT_EQ(canvas.At(0, 0), kWhite);
+  }
 }
 
 TEST(ViewValues, AreNeutralInAFreshHandle) {
