@@ -183,6 +183,29 @@ TEST_F(NamingDialogs, NamesTheFilesOfARunByTheTemplate) {
   EXPECT_EQ((std::vector<std::wstring>{L"0-one.jpg", L"1-two.jpg"}), Outputs());
 }
 
+TEST_F(NamingDialogs, NumbersTheFilesOfEachRunFromTheStart) {
+  AddPicture(L"one.bmp");
+  AddPicture(L"two.bmp");
+  params.overwriteMode = OVERWRITE_REPLACE;
+  const std::vector<std::wstring> expected = {L"5-one.jpg", L"7-two.jpg"};
+  WithNamingDialog([&](HWND conversion, HWND naming) {
+    SetText(naming, IDE_NAMING_TEMPLATE, L"<NUM>-<SRC>");
+    SetText(naming, IDC_NAMING_NUM_START, L"5");
+    SetText(naming, IDC_NAMING_NUM_INCREMENT, L"2");
+    CloseWith(naming, IDOK);
+    ClickAndWait(conversion, IDB_CONV_SELECT_ALL);
+    ConvertAndWait(conversion);
+    EXPECT_EQ(expected, Outputs());
+    for (const std::wstring& name : expected) {
+      EXPECT_TRUE(::DeleteFileW(out.File(name).c_str())) << "so that the next run shows what it writes";
+    }
+    ConvertAndWait(conversion);
+    EXPECT_EQ(expected, Outputs());
+    ConvertAndWait(conversion);
+    EXPECT_EQ(expected, Outputs()) << "in place of the files that are there";
+  });
+}
+
 TEST_F(NamingDialogs, RenameOffersTheNumberAsSuffixAtFirst) {
   WithRenameDialog([](HWND, HWND rename) {
     EXPECT_TRUE(IsChecked(rename, IDX_RENAME_SUFFIX));
