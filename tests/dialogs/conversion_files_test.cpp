@@ -25,6 +25,9 @@ class ConversionFiles : public ConversionDialog {
 
   static void Choose(HWND dialog, const std::vector<int>& rows) { SelectListViewRows(dialog, IDL_CONV_FILES, rows); }
   static std::vector<int> Chosen(HWND dialog) { return SelectedListViewRows(dialog, IDL_CONV_FILES); }
+  static void WaitUntilChosen(HWND dialog, const std::vector<int>& rows) {
+    WaitUntil([&] { return Chosen(dialog) == rows; }, "the chosen rows");
+  }
   static int Rows(HWND dialog) { return ListViewCount(dialog, IDL_CONV_FILES); }
   static std::wstring Row(HWND dialog, int row) { return ListViewText(dialog, IDL_CONV_FILES, row, 0); }
 
@@ -126,7 +129,7 @@ TEST_F(ConversionFiles, AClickOnOneOfTwoChosenFilesShowsItAgain) {
       WaitForPicture(dialog, false);
       ExpectPageControls(dialog, false);
       ClickRow(dialog, 1);
-      WaitUntil([=] { return Chosen(dialog) == std::vector<int>{1}; }, "one row chosen");
+      WaitUntilChosen(dialog, {1});
       WaitForPicture(dialog, true);
       ExpectPageControls(dialog, true);
       EXPECT_EQ(L"1/4", TextOf(dialog, IDT_CONV_PAGE_OF));
@@ -143,7 +146,7 @@ TEST_F(ConversionFiles, AnArrowKeyToOneOfTwoChosenFilesShowsItAgain) {
     FocusRow(dialog, 1);
     WaitForPicture(dialog, false);
     PressKey(dialog, VK_UP);
-    WaitUntil([=] { return Chosen(dialog) == std::vector<int>{0}; }, "one row chosen");
+    WaitUntilChosen(dialog, {0});
     WaitForPicture(dialog, true);
     ExpectPageControls(dialog, true);
     EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
@@ -232,7 +235,7 @@ TEST_F(ConversionFiles, SelectAllOfOneFileKeepsItsPageControlsAndClearsThePrevie
     Choose(dialog, {});
     ExpectPageControls(dialog, false);
     Click(dialog, IDB_CONV_SELECT_ALL);
-    WaitUntil([=] { return Chosen(dialog) == std::vector<int>{0}; }, "the row chosen");
+    WaitUntilChosen(dialog, {0});
     WaitForPicture(dialog, false);
     ExpectPageControls(dialog, true);
     EXPECT_FALSE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
@@ -459,12 +462,14 @@ class ConversionAddFolder : public ConversionFiles {
  protected:
   ConversionAddFolder() { SetSourceFolder(in.path()); }
 
-  void AddFolder(HWND dialog) {
+  // The rows that are chosen afterwards tell that the dialog is done with it.
+  void AddFolder(HWND dialog, const std::vector<int>& chosenAfterwards) {
     Click(dialog, IDB_CONV_ADD_FOLDER);
     const HWND picker = WaitForDialogWith(kPickerTree);
     WaitUntil([&] { return ShowsText(picker, in.path()); }, "the start folder in the picker");
     Click(picker, IDOK);
-    WaitUntil([dialog] { return ::IsWindowEnabled(dialog) != FALSE; }, "back in the dialog");
+    WaitUntilClosed(picker);
+    WaitUntilChosen(dialog, chosenAfterwards);
   }
 
   TemporaryFolder in{L"C:\\"};
@@ -477,13 +482,13 @@ TEST_F(ConversionAddFolder, TakesTheImagesOfTheFolderAndNothingBelow) {
   in.AddFolder(L"below");
   WritePicture(in.File(L"below\\c.bmp"));
   RunAndClose([&](HWND dialog) {
-    AddFolder(dialog);
-    WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
-    EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
-    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
-    EXPECT_TRUE(IsEnabled(dialog, IDX_CONV_FULL_PATH));
+    AddFolder(dialog, {0});
+    EXPECT_EQ(2, Rows(dialog));
     WaitForPicture(dialog, true);
-    AddFolder(dialog);
+    WaitUntil([=] { return IsEnabled(dialog, IDX_CONV_FULL_PATH); }, "the controls for files can be used");
+    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+    Choose(dialog, {});
+    AddFolder(dialog, {0});
     EXPECT_EQ(2, Rows(dialog)) << "the second time all are duplicates";
   });
   EXPECT_EQ(in.path(), params.sourceFolder);
@@ -494,16 +499,14 @@ TEST_F(ConversionAddFolder, ChoosesTheFirstRowBesideTheChosenOneAndShowsNeither)
     WritePicture(in.File(name), {40, 20, FMT_TIFF, 4});
   }
   RunAndClose([&](HWND dialog) {
-    AddFolder(dialog);
-    WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
+    AddFolder(dialog, {0});
     Choose(dialog, {1});
     WaitForPicture(dialog, true);
     ExpectPageControls(dialog, true);
-    AddFolder(dialog);
-    WaitUntil([=] { return Chosen(dialog) == std::vector<int>{0, 1}; }, "both rows chosen");
+    AddFolder(dialog, {0, 1});
     WaitForPicture(dialog, false);
     ExpectPageControls(dialog, false);
-    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_FILE_INFO));
+    WaitUntil([=] { return IsEnabled(dialog, IDB_CONV_FILE_INFO); }, "the file can be looked at");
     EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
   });
 }
@@ -518,10 +521,10 @@ TEST_F(ConversionFiles, AddFilesTakesWhatTheOpenDialogGives) {
     const std::wstring text = L"\"a.bmp\" \"b c.bmp\"";
     ::SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
     Click(open, IDOK);
-    WaitUntil([=] { return Rows(dialog) == 2; }, "two files");
+    WaitUntilChosen(dialog, {0});
+    EXPECT_EQ(2, Rows(dialog));
     EXPECT_EQ(L"b c.bmp", Row(dialog, 1));
-    EXPECT_EQ(std::vector<int>{0}, Chosen(dialog));
-    EXPECT_TRUE(IsEnabled(dialog, IDB_CONV_CONVERT));
+    WaitUntil([=] { return IsEnabled(dialog, IDB_CONV_CONVERT); }, "the files can be converted");
   });
   EXPECT_EQ(in.path(), params.sourceFolder);
 }
