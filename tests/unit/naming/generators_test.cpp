@@ -123,6 +123,19 @@ TEST(NumberingMask, HoldsForLettersToo) {
   CZVNumberingGenerator generator(NUMBERING_ALPHA);
   generator.SetMask(L"no ");
   EXPECT_STREQ(L"no ba", At(generator, 26));
+  generator.SetMask(L"xy");
+  EXPECT_STREQ(L"xyzz", At(generator, 26 * 26 - 1));
+  EXPECT_STREQ(L"ba", At(generator, 26 * 26)) << "of baa";
+}
+
+TEST(NumberingMask, HoldsForDigitsAndLettersTogether) {
+  CZVNumberingGenerator generator(NUMBERING_ALPHANUM);
+  generator.SetMask(L"p_");
+  EXPECT_STREQ(L"p_z", At(generator, 35));
+  EXPECT_STREQ(L"p_1a", At(generator, 36 + 10));
+  EXPECT_STREQ(L"10", At(generator, 36 * 36)) << "of 100";
+  generator.SetUpperCase(1);
+  EXPECT_STREQ(L"p_1A", At(generator, 36 + 10)) << "the mask keeps its case";
 }
 
 TEST(NumberingOfAnUnknownType, IsTheMaskAlone) {

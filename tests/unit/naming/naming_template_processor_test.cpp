@@ -104,11 +104,22 @@ TEST_F(NamingTemplate, PassesMasksRangesAndCaseToTheirGenerators) {
   settings.alnumNumericTo = L'5';
   settings.alnumAlphaFrom = L'x';
   settings.alnumAlphaTo = L'y';
+  settings.alnumMask = L"#-";
   settings.alnumStart = 4;
   settings.numericIncrement = 10;
+  settings.alphaIncrement = 2;
+  settings.alnumIncrement = 3;
   Configure();
-  EXPECT_STREQ(L"0000 __C Y", Expand(L"<NUM> <ALPHA> <ALPHANUM>"));
-  EXPECT_STREQ(L"00010 __D 43", Expand(L"<NUM> <ALPHA> <ALPHANUM>"));
+  EXPECT_STREQ(L"0000 __C #-Y", Expand(L"<NUM> <ALPHA> <ALPHANUM>"));
+  EXPECT_STREQ(L"00010 __DC #-45", Expand(L"<NUM> <ALPHA> <ALPHANUM>"));
+  EXPECT_STREQ(L"00020 DC #-53", Expand(L"<NUM> <ALPHA> <ALPHANUM>")) << "letters longer than their mask are cut";
+  settings.alphaUpperCase = 0;
+  Configure();
+  EXPECT_STREQ(L"__c #-Y", Expand(L"<ALPHA> <ALPHANUM>"));
+  settings.alphaUpperCase = 1;
+  settings.alnumUpperCase = 0;
+  Configure();
+  EXPECT_STREQ(L"__C #-y", Expand(L"<ALPHA> <ALPHANUM>"));
 }
 
 TEST_F(NamingTemplate, ChoosesDateAndTimeFormatsByType) {
@@ -135,23 +146,31 @@ TEST_F(NamingTemplate, FollowsAChangeOfTheTagTextsWithTheNextProcessor) {
   EXPECT_STREQ(L"<zahl>0", restored.ProcessTemplate(L"<zahl><NUM>", L""));
 }
 
+CString KernelText(uint32_t id) {
+  wchar_t text[100] = {};
+  EXPECT_EQ(SUCCESS, GetDialogStringText(id, text, 100)) << id;
+  return text;
+}
+
 TEST(NamingDepositories, HoldTheKernelsTexts) {
   const wchar_t* const tags[] = {L"<NUM>", L"<ALPHA>", L"<ALPHANUM>", L"<DATE>", L"<TIME>", L"<SRC>"};
   for (int32_t tag = 0; tag < kNamingTagCount; ++tag) {
     EXPECT_STREQ(tags[tag], TagTexts().GetString(tag));
   }
-  for (int32_t id = 0; id < kTimeTypeCount; ++id) {
-    EXPECT_FALSE(TimeTypeNames().GetString(id).IsEmpty());
-    EXPECT_FALSE(CaseNames().GetString(id).IsEmpty());
+  constexpr uint32_t kFirstTimeTypeName = 4418, kFirstCaseName = 4412;
+  for (int32_t id = 0; id < 4; ++id) {
+    EXPECT_STREQ(KernelText(kFirstTimeTypeName + static_cast<uint32_t>(id)), TimeTypeNames().GetString(id));
+    EXPECT_STREQ(KernelText(kFirstCaseName + static_cast<uint32_t>(id)), CaseNames().GetString(id));
+    for (int32_t other = 0; other < id; ++other) {
+      EXPECT_STRNE(TimeTypeNames().GetString(other), TimeTypeNames().GetString(id)) << "each has a text of its own";
+      EXPECT_STRNE(CaseNames().GetString(other), CaseNames().GetString(id));
+    }
   }
 }
 
 TEST(NamingDepositories, HoldTheDateTypeNamesInFallingOrderOfTheirIds) {
-  wchar_t text[100] = {};
-  ASSERT_EQ(SUCCESS, GetDialogStringText(4417, text, 100));
-  EXPECT_STREQ(text, DateTypeNames().GetString(0));
-  ASSERT_EQ(SUCCESS, GetDialogStringText(4416, text, 100));
-  EXPECT_STREQ(text, DateTypeNames().GetString(1));
+  EXPECT_STREQ(KernelText(4417), DateTypeNames().GetString(0));
+  EXPECT_STREQ(KernelText(4416), DateTypeNames().GetString(1));
 }
 
 TEST(EnabledTags, AreTheLowestSixBits) {
