@@ -8,6 +8,7 @@
 #include "include/zvfiledlg.h"
 #include "services/zvfile/zvfile.h"
 #include "tests/support/dialog_driver.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/pictures.h"
 
 namespace {
@@ -364,6 +365,20 @@ TEST_F(OpenDialogA, FillsTheCallersOwnArray) {
   EXPECT_EQ(std::string(initial) + "\\first one.bmp", callersFiles[1].fileName);
   ASSERT_NE(nullptr, callersFiles[1].fileInfo);
   EXPECT_EQ(5, callersFiles[1].fileInfo->width);
+}
+
+void* ZV_CALL RefuseEntries(size_t count, size_t elementSize, int32_t line, const char* file) {
+  return elementSize == sizeof(OPENDLGFILEDATAA) ? nullptr : CoreAlloc(count, elementSize, line, file);
+}
+
+TEST_F(OpenDialogA, GivesNoFilesWhenTheirArrayCannotBeHad) {
+  const ImportPatch allocate(L"zvfiledlg.dll", "CoreAlloc", &RefuseEntries);
+  ansi.flags = DLG_OPEN_LOAD_BITMAP;
+  const int64_t blocks = CoreBlockCount();
+  EXPECT_EQ(ERROR_OUT_OF_MEMORY, OpenByNameA(L"second.bmp"));
+  EXPECT_EQ(nullptr, ansi.files);
+  EXPECT_EQ(0, ansi.fileCount);
+  EXPECT_EQ(blocks, CoreBlockCount()) << "the picture is freed as well";
 }
 
 TEST_F(OpenDialogA, TakesTheSwitchesInAndGivesTheirStateBack) {
