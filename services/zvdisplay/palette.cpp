@@ -1,20 +1,28 @@
 #include <algorithm>
-#include <cstddef>
-#include <vector>
+#include <iterator>
 
 #include "services/zvdisplay/zvdisplay.h"
 
 namespace {
 
-constexpr WORD kPaletteVersion = 0x300;
+// As LOGPALETTE is laid out, with room for all entries.
+struct FullPalette {
+  WORD version = 0x300;
+  WORD count = 0;
+  PALETTEENTRY entries[256];
+
+  void Add(int red, int green, int blue) {
+    entries[count++] = {static_cast<BYTE>(red), static_cast<BYTE>(green), static_cast<BYTE>(blue), 0};
+  }
+};
+static_assert(offsetof(FullPalette, count) == offsetof(LOGPALETTE, palNumEntries));
+static_assert(offsetof(FullPalette, entries) == offsetof(LOGPALETTE, palPalEntry));
 
 // Six levels of each channel: what a picture of many colours is shown with on a device of few.
-void AddColorCube(std::vector<PALETTEENTRY>& entries) {
+void AddColorCube(FullPalette& palette) {
   for (int red = 0; red < 6; ++red)
     for (int green = 0; green < 6; ++green)
-      for (int blue = 0; blue < 6; ++blue)
-        entries.push_back(
-            {static_cast<BYTE>(red * 51), static_cast<BYTE>(green * 51), static_cast<BYTE>(blue * 51), 0});
+      for (int blue = 0; blue < 6; ++blue) palette.Add(red * 51, green * 51, blue * 51);
 }
 
 }  // namespace
@@ -22,15 +30,12 @@ void AddColorCube(std::vector<PALETTEENTRY>& entries) {
 HPALETTE CreatePaintPalette(HDC device, const BITMAPHANDLE* bitmap) {
   if (!bitmap || !(bitmap->flags & BITMAP_FLAG_ALLOCATED) || !(GetDeviceCaps(device, RASTERCAPS) & RC_PALETTE))
     return nullptr;
-  std::vector<PALETTEENTRY> entries;
-  for (int32_t i = 0; i < std::min(bitmap->paletteCount, 256); ++i)
-    entries.push_back({bitmap->palette[i].red, bitmap->palette[i].green, bitmap->palette[i].blue, 0});
-  if (entries.empty()) AddColorCube(entries);
-
-  std::vector<std::byte> memory(sizeof(LOGPALETTE) + entries.size() * sizeof(PALETTEENTRY));
-  auto* palette = reinterpret_cast<LOGPALETTE*>(memory.data());
-  palette->palVersion = kPaletteVersion;
-  palette->palNumEntries = static_cast<WORD>(entries.size());
-  std::copy(entries.begin(), entries.end(), palette->palPalEntry);
-  return ::CreatePalette(palette);
+  FullPalette palette;
+  const int32_t count = std::min<int32_t>(bitmap->paletteCount, std::size(palette.entries));
+  for (int32_t i = 0; i < count; ++i) {
+    const ZVPALETTEENTRY& color = bitmap->palette[i];
+    palette.Add(color.red, color.green, color.blue);
+  }
+  if (palette.count == 0) AddColorCube(palette);
+  return ::CreatePalette(reinterpret_cast<const LOGPALETTE*>(&palette));
 }
