@@ -17,7 +17,7 @@ open_desks() {
     processor=${processors[number - 1]}
     prefix=$first_prefix
     ((number == 1)) || prefix=$wine_own_prefix$number
-    taskset -cp "$processor" "$BASHPID" >/dev/null
+    stay_on "$processor"
     start_display
     first_display=${first_display:-$DISPLAY}
     WINEPREFIX=$prefix
@@ -26,9 +26,14 @@ open_desks() {
     window_manager no
     printf 'DISPLAY=%q WINEPREFIX=%q processor=%q\n' "$DISPLAY" "$WINEPREFIX" "$processor" >"$build/desks/$number"
   done
-  taskset -cp "$(IFS=,; printf '%s' "${processors[*]}")" "$BASHPID" >/dev/null
+  stay_on "${processors[@]}"
   DISPLAY=$first_display
   WINEPREFIX=$first_prefix
+}
+
+# Binds this shell and what it starts from now on: stay_on PROCESSOR... A system that does not let it goes on, and is slower.
+stay_on() {
+  taskset -cp "$(IFS=,; printf '%s' "$*")" "$BASHPID" >/dev/null 2>&1 || true
 }
 
 # The last one first: the system itself prefers the first one.
@@ -51,7 +56,7 @@ go_to_desk() {
     # shellcheck source=/dev/null # written by open_desks
     source "$build/desks/${BASH_REMATCH[1]}"
     export DISPLAY WINEPREFIX
-    taskset -cp "$processor" "$$" >/dev/null
+    stay_on "$processor"
   fi
 }
 
