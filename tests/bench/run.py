@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares our batch conversion with GraphicsMagick and ImageMagick on the same files in the same run.
 
-usage: run.py BUILD_FOLDER [--only conversion|folders] [--count N] [--write DOCUMENT]
+usage: run.py BUILD_FOLDER [--only conversion|progress|folders] [--count N] [--write DOCUMENT]
 
 Every program is pinned to one processor and limited to one thread. Ours runs under Wine through the real dialog, the progress
 box included; the peers are native. All files are read once before, so that they come from the disk cache, and
@@ -25,6 +25,7 @@ PROCESSOR = str(max(os.sched_getaffinity(0)))
 ONE_THREAD = {"OMP_NUM_THREADS": "1", "MAGICK_THREAD_LIMIT": "1"}
 IMAGEMAGICK = "mogrify-im6.q16"
 SCRATCH_BYTES = 4 << 30
+PROGRESS_ROUNDS = 8
 EQUAL_PNG_LEVEL = "1"  # gives the bytes of zlib's level 6 within 2 %
 DEFAULT_JPEG_QUALITY = 90  # what the dialog's default quality of 28 means to libjpeg
 
@@ -98,7 +99,8 @@ def least(rounds):
     return {key: min(figures[key] for figures in rounds) for key in rounds[0]}
 
 
-def measure_conversion(build, task, files, work):
+def measure_conversion(build, task, files, work, names, rounds):
+    """Lets the named programs take turns; gives the figures of each round by name."""
     for name in files:
         pathlib.Path(name).read_bytes()
     listing = work / "files.txt"
@@ -110,11 +112,11 @@ def measure_conversion(build, task, files, work):
         "gm": lambda to: run_peer("gm", task.gm, files, to),
         "im": lambda to: run_peer("im", task.im, files, to),
     }
-    figures = {name: [] for name in runs}
-    for _ in range(task.rounds):
-        for name, run in runs.items():
+    figures = {name: [] for name in names}
+    for _ in range(rounds):
+        for name in names:
             target = work / name
-            figures[name].append(run(target))
+            figures[name].append(runs[name](target))
             written = len(list(target.iterdir()))
             if written != len(files):
                 sys.exit(f"{task.name}, {name}: {written} of {len(files)} files were written")
@@ -129,38 +131,38 @@ def equal_bytes_row(build, files, work, gm, im):
     shutil.rmtree(work / "bare")
     return (f"| JPEG to PNG, equal bytes (ours level {EQUAL_PNG_LEVEL}, plain calls) | {ours['seconds']:.1f} | "
             f"{gm['seconds']:.1f} | {im['seconds']:.1f} | {ours['seconds'] / min(gm['seconds'], im['seconds']):.2f} | "
-            f"{ours['bytes'] / gm['bytes']:.3f} | | {ours['peak_mb']:.0f} |")
+            f"{ours['bytes'] / gm['bytes']:.3f} | {ours['peak_mb']:.0f} |")
 
 
-def span(rounds, key):
-    figures = [figures[key] for figures in rounds]
-    return f"{min(figures):.2f} to {max(figures):.2f}"
-
-
-def progress_row(task, ours, bare):
-    """Where the time of the run and of the plain calls goes: to our own code, or to the system on its behalf."""
-    return (f"| {task.name} | {span(ours, 'user')} | {span(bare, 'user')} | {span(ours, 'system')} | {span(bare, 'system')} | "
-            f"{least(ours)['user'] / least(bare)['user']:.3f} |")
+def sources(images, task, count):
+    return sorted(str(path) for path in (images / task.sources).iterdir())[:count]
 
 
 def conversion_tables(build, images, work, count):
-    progress = ["| task | dialog: user s | plain calls: user s | dialog: system s | plain calls: system s | user, dialog : plain calls |",
-                "|---|---|---|---|---|---|"]
-    rows = ["| task | ours s | gm s | ImageMagick s | ours : faster peer | bytes ours : gm | dialog : plain calls | peak MB |",
-            "|---|---|---|---|---|---|---|---|"]
+    rows = ["| task | ours s | gm s | ImageMagick s | ours : faster peer | bytes ours : gm | peak MB |",
+            "|---|---|---|---|---|---|---|"]
     for task in tasks():
-        files = sorted(str(path) for path in (images / task.sources).iterdir())[:count]
-        rounds = measure_conversion(build, task, files, work)
-        progress.append(progress_row(task, rounds["ours"], rounds["bare"]))
-        ours, bare, gm, im = (least(figures) for figures in rounds.values())
+        files = sources(images, task, count)
+        rounds = measure_conversion(build, task, files, work, ("ours", "gm", "im"), task.rounds)
+        ours, gm, im = (least(figures) for figures in rounds.values())
         peer = min(gm["seconds"], im["seconds"])
         rows.append(f"| {task.name} | {ours['seconds']:.1f} | {gm['seconds']:.1f} | {im['seconds']:.1f} | "
-                    f"{ours['seconds'] / peer:.2f} | {ours['bytes'] / gm['bytes']:.3f} | "
-                    f"{ours['seconds'] / bare['seconds']:.3f} | {ours['peak_mb']:.0f} |")
+                    f"{ours['seconds'] / peer:.2f} | {ours['bytes'] / gm['bytes']:.3f} | {ours['peak_mb']:.0f} |")
         if task.dialog[0] == "PNG":
             rows.append(equal_bytes_row(build, files, work, gm, im))
-        print("\n".join(rows[2:] if len(rows) == 4 else rows[-1:]), progress[-1], sep="\n", flush=True)
-    return {"conversion": rows, "progress": progress}
+        print("\n".join(rows[2:] if len(rows) == 4 else rows[-1:]), flush=True)
+    return {"conversion": rows}
+
+
+def progress_tables(build, images, work, count):
+    """The run through the dialog beside the same work by plain calls, taking turns without the peers between."""
+    rows = ["| task | dialog s | plain calls s | dialog : plain calls |", "|---|---|---|---|"]
+    for task in tasks():
+        rounds = measure_conversion(build, task, sources(images, task, count), work, ("ours", "bare"), PROGRESS_ROUNDS)
+        ours, bare = (least(figures)["seconds"] for figures in rounds.values())
+        rows.append(f"| {task.name} | {ours:.2f} | {bare:.2f} | {ours / bare:.3f} |")
+        print(rows[-1], flush=True)
+    return {"progress": rows}
 
 
 def folder_tables(build, work):
@@ -212,12 +214,13 @@ def scratch_place(build):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("build", type=pathlib.Path)
-    parser.add_argument("--only", choices=("conversion", "folders"), help="one of the two comparisons")
+    parser.add_argument("--only", choices=("conversion", "progress", "folders"), help="one comparison alone")
     parser.add_argument("--count", type=int, default=60, help="files of each task")
     parser.add_argument("--write", type=pathlib.Path, help="document that gets the tables")
     options = parser.parse_args()
     build = options.build.resolve()
     comparisons = {"conversion": lambda work: conversion_tables(build, make_images(options.count), work, options.count),
+                   "progress": lambda work: progress_tables(build, make_images(options.count), work, options.count),
                    "folders": lambda work: folder_tables(build, work)}
     for comparison, measure in comparisons.items():
         if options.only in (None, comparison):
