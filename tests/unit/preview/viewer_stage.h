@@ -11,19 +11,32 @@
 class PaneHost final : public PreviewHost {
  public:
   PaneHost() {
-    const HWND window = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 40, 30, 120, 80, nullptr, nullptr,
-                                          ::GetModuleHandleW(nullptr), nullptr);
-    pane_.Attach(window);
+    frame_ = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 300, 200, nullptr, nullptr,
+                               ::GetModuleHandleW(nullptr), nullptr);
+    pane_.Attach(::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 40, 30, 120, 80, frame_, nullptr,
+                                   ::GetModuleHandleW(nullptr), nullptr));
   }
   PaneHost(const PaneHost&) = delete;
   PaneHost& operator=(const PaneHost&) = delete;
-  ~PaneHost() { ::DestroyWindow(pane_.Detach()); }
+  ~PaneHost() {
+    ::DestroyWindow(pane_.Detach());
+    ::DestroyWindow(frame_);
+  }
   void DrawPreview(CDC&, const CRect&) override {}
   CWnd* PreviewPane() override { return isOpen ? &pane_ : nullptr; }
 
   bool isOpen = true;
 
+  // Of the pane in its frame, which the display may still be putting into its place.
+  CRect Place() {
+    CRect place;
+    pane_.GetWindowRect(place);
+    ::MapWindowPoints(nullptr, frame_, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+
  private:
+  HWND frame_;
   CWnd pane_;
 };
 
